@@ -33,8 +33,7 @@ class BasicChannelSet {
 
   /// Copies of the planes given, which are height x width; planes behind the mode's channel count are not looked at.
   BasicChannelSet(std::string_view mode, std::uint32_t width, std::uint32_t height, const Plane<T>& plane0,
-                  const Plane<T>* plane1 = nullptr, const Plane<T>* plane2 = nullptr,
-                  const Plane<T>* plane3 = nullptr);
+                  const Plane<T>* plane1 = nullptr, const Plane<T>* plane2 = nullptr, const Plane<T>* plane3 = nullptr);
 
   BasicChannelSet(const BasicChannelSet& other);
   BasicChannelSet& operator=(const BasicChannelSet& other);

@@ -35,12 +35,12 @@ enum class BlurType : int { Gaussian = 0, Box = 1, Supersmart = 2, None = 3 };
 
 struct BlurSettings {
   BlurType type;
-  int radius;        ///< >= 0
-  int thresh;        ///< in sample values
+  int radius;  ///< >= 0
+  int thresh;  ///< in sample values
   int quality;
-  float blurring;    ///< 0..1
-  int testRadius;    ///< >= 1
-  int blurRadius;    ///< >= 1
+  float blurring;  ///< 0..1
+  int testRadius;  ///< >= 1
+  int blurRadius;  ///< >= 1
 };
 
 struct FlatShadedSettings {

@@ -1,0 +1,77 @@
+#include "render/pipeline.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "render/stage_availability.h"
+#include "render/stage_predicates.h"
+
+namespace quentara {
+namespace {
+
+void Report(int done) {
+  Plugin::ReportProgress(done, 10);
+  Plugin::CheckStop();
+}
+
+BytePlane WrapBuffer(const unsigned char* samples, const FrameBuffers& frame) {
+  return WrapRows(samples, static_cast<int>(frame.height), static_cast<int>(frame.width));
+}
+
+ChannelSet CopyFrame(const FrameBuffers& frame) {
+  const BytePlane red(WrapBuffer(frame.red, frame)), green(WrapBuffer(frame.green, frame)),
+      blue(WrapBuffer(frame.blue, frame));
+  return ChannelSet("RGB", frame.width, frame.height, red, &green, &blue);
+}
+
+struct FreeBuffer {
+  void operator()(unsigned char* buffer) const { Plugin::Free(buffer); }
+};
+using Buffer = std::unique_ptr<unsigned char, FreeBuffer>;
+
+Buffer CopyOut(const BytePlane& plane) {
+  Buffer buffer(static_cast<unsigned char*>(Plugin::Allocate(plane.numElements())));
+  std::copy_n(plane.data(), plane.numElements(), buffer.get());
+  return buffer;
+}
+
+FrameBuffers HandOver(const ChannelSet& picture) {
+  Buffer red = CopyOut(picture.planes(0)), green = CopyOut(picture.planes(1)), blue = CopyOut(picture.planes(2));
+  return {red.release(), green.release(), blue.release(), picture.height(), picture.width()};
+}
+
+/// The pictures of one render and the steps that lead from one to the next.
+class FrameRender {
+ public:
+  explicit FrameRender(const RenderSettings& settings)
+      : settings_(settings), source_(CopyFrame(settings.frame)), work_(source_) {}
+
+  FrameBuffers Run() {
+    Report(1);
+    Report(2);
+    Report(3);
+    Report(4);
+    Report(5);
+    Report(6);
+    Report(7);
+    Report(8);
+    Report(9);
+    return HandOver(work_);
+  }
+
+ private:
+  [[maybe_unused]] const RenderSettings& settings_;
+  const ChannelSet source_;
+  ChannelSet work_;
+};
+
+}  // namespace
+
+FrameBuffers RenderPipeline::Render(const RenderSettings& settings, Plugin::Host& host) {
+  const Plugin::HostScope scope(host);
+  RequireBuiltStages(settings);
+  Report(0);
+  return FrameRender(settings).Run();
+}
+
+}  // namespace quentara

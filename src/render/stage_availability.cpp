@@ -1,0 +1,40 @@
+#include "render/stage_availability.h"
+
+#include <string>
+
+#include "render/pipeline.h"
+#include "render/stage_predicates.h"
+
+namespace quentara {
+namespace {
+
+void Refuse(bool wanted, const char* stage) {
+  if (wanted) throw RenderPipeline::UnavailableStage(std::string(stage) + " is not available in this version.");
+}
+
+}  // namespace
+
+void RequireBuiltStages(const RenderSettings& settings) {
+  Refuse(settings.mainBlur != nullptr, "Main Blur");
+  Refuse(settings.flatShaded != nullptr, "Flat Shaded");
+  Refuse(settings.flatDetailed != nullptr && FlatDetailedRuns(settings), "Flat Detailed");
+  Refuse(settings.airbrush != nullptr, "Airbrush");
+  Refuse(settings.bristle != nullptr, "Bristle");
+  Refuse(settings.crackle != nullptr, "Crackle");
+  Refuse(settings.droplet != nullptr, "Droplet");
+  Refuse(settings.gouache != nullptr, "Gouache");
+  Refuse(settings.posterPaint != nullptr, "Poster Paint");
+  Refuse(settings.lighter > 0.0f && !Tinted(settings), "Lighter");
+  Refuse(settings.duotone != nullptr, "Duotone Shading");
+  Refuse(Visible(settings.halftone), "Halftone Pattern");
+  Refuse(Visible(settings.softOutlines), "Soft Outlines");
+  Refuse(Visible(settings.comicOutlines), "Comic Outlines");
+  Refuse(Visible(settings.markerOutlines), "Marker Outlines");
+  Refuse(Visible(settings.conteOutlines), "Conte Outlines");
+  Refuse(Visible(settings.shadowOutlines), "Shadow Outlines");
+  Refuse(Visible(settings.woodcutOutlines), "Woodcut Outlines");
+  Refuse(Visible(settings.scratchboardOutlines), "Scratchboard Outlines");
+  Refuse(Visible(settings.stipplePattern), "Stipple Pattern");
+}
+
+}  // namespace quentara

@@ -1,0 +1,35 @@
+#include "render/stage_predicates.h"
+
+namespace quentara {
+namespace {
+
+template <class StageSettings>
+bool Tints(const StageSettings* stage) {
+  return Visible(stage) && stage->tintForeground;
+}
+
+}  // namespace
+
+bool Tinted(const RenderSettings& settings) {
+  return Tints(settings.shadowOutlines) || Tints(settings.woodcutOutlines) || Tints(settings.scratchboardOutlines);
+}
+
+bool Lit(const RenderSettings& settings) {
+  return settings.useMainBlur && (Visible(settings.shadowOutlines) || Visible(settings.woodcutOutlines) ||
+                                  Visible(settings.scratchboardOutlines));
+}
+
+bool Detail(const RenderSettings& settings) {
+  return settings.style == Style::PosterPaint || FlatDetailedRuns(settings);
+}
+
+bool FlatDetailedRuns(const RenderSettings& settings) {
+  return settings.style == Style::FlatDetailed && settings.flatDetailed->strength > 0.0f;
+}
+
+bool ReusesCrackle(const RenderSettings& settings) {
+  return settings.style == Style::Crackle && Visible(settings.markerOutlines) &&
+         settings.markerOutlines->reuseCrackle && !Tinted(settings);
+}
+
+}  // namespace quentara
