@@ -45,6 +45,14 @@ void ForRowBands(int height, const Body& body) {
   });
 }
 
+/// The same for steps that look at one pixel at a time: runs body(first, count) for runs of whole rows of planes of the
+/// size of `plane`, whose samples are numbered row by row.
+template <class T, class Body>
+void ForSampleBands(const Plane<T>& plane, const Body& body) {
+  const std::ptrdiff_t width = plane.cols();
+  ForRowBands(plane.rows(), [&](int row, int rows) { body(row * width, rows * width); });
+}
+
 /// filter(planes...), computed in bands of rows. Each worker hands `filter` its rows and their overlap as planes of
 /// their own and keeps its own rows of the result, so the result is that of one call on the whole planes whenever a
 /// sample of the result depends on no row further away than bands.overlap.

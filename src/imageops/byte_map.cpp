@@ -1,0 +1,52 @@
+#include "imageops/byte_map.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+
+#include "render/bands.h"
+
+namespace quentara {
+namespace {
+
+void MapRun(const ByteMap& map, const unsigned char* samples, unsigned char* mapped, std::ptrdiff_t count) {
+  std::transform(samples, samples + count, mapped, [&](unsigned char sample) { return map[sample]; });
+}
+
+}  // namespace
+
+ByteMap PowerMap(double exponent) {
+  assert(exponent >= 0.0);
+  const double white = std::pow(255.0, exponent);
+  return MakeByteMap([&](int sample) {
+    const double value = std::isinf(white) ? 255.0 * std::pow(sample / 255.0, exponent)
+                                           : 255.0 * std::pow(static_cast<double>(sample), exponent) / white;
+    return static_cast<unsigned char>(value + 0.5);
+  });
+}
+
+ByteMap SinglePowerMap(float exponent) {
+  assert(exponent >= 0.0f && exponent <= 15.0f);
+  const auto power = [&](double base) { return static_cast<float>(std::pow(base, static_cast<double>(exponent))); };
+  const float white = power(255.0);
+  return MakeByteMap([&](int sample) { return ToByte(255.0f * power(sample) / white); });
+}
+
+BytePlane MapBytes(const ByteMap& map, const BytePlane& plane) {
+  BytePlane mapped(plane.rows(), plane.cols());
+  ForSampleBands(plane, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    MapRun(map, plane.data() + first, mapped.data() + first, count);
+  });
+  return mapped;
+}
+
+void MapBytesOf(ChannelSet& picture, const ByteMap& map) {
+  ForSampleBands(picture.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    for (int i = 0; i < static_cast<int>(picture.channelCount()); ++i) {
+      unsigned char* const samples = picture.planes(i).data() + first;
+      MapRun(map, samples, samples, count);
+    }
+  });
+}
+
+}  // namespace quentara

@@ -1,0 +1,89 @@
+#include "imageops/skin_tones.h"
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#include "render/bands.h"
+
+namespace quentara {
+namespace {
+
+using Histogram = std::array<std::int64_t, 256>;
+
+// Free of branches, so that a row of it runs in vector lanes. With red the largest channel, `lead` is its distance to
+// the middle one and `reach` that of the middle one to the least.
+bool IsSkin(int red, int green, int blue) {
+  const int middle = std::max(green, blue);
+  const int lead = red - middle, reach = middle - std::min(green, blue);
+  const bool bright = (red >= 100) & (4 * red < 9 * middle) & (blue - green <= 50);
+  const bool coloured = (lead > 0) & (lead < 101) & ((lead >= 11) | (reach >= 11));
+  const bool paleRed = (red > 190) & (lead > 5);
+  const bool orange = (5 * lead >= reach) | (!paleRed & (10 * lead >= reach));
+  const bool pink = 2 * lead >= reach;
+  return bright & coloured & (((green >= blue) & orange) | ((green < blue) & pink));
+}
+
+void MarkSkinRow(const unsigned char* red, const unsigned char* green, const unsigned char* blue,
+                 unsigned char* __restrict marks, int width) {
+  for (int x = 0; x < width; ++x) marks[x] = IsSkin(red[x], green[x], blue[x]);
+}
+
+int RankIn(const Histogram& histogram, std::int64_t rank) {
+  int sample = 0;
+  for (std::int64_t below = histogram[0]; below <= rank; below += histogram[static_cast<std::size_t>(sample)]) ++sample;
+  return sample;
+}
+
+// The sums are exact and each mean is rounded once: a running sum of floats would stall on a large plane.
+Tones TonesOfPlane(const BytePlane& plane) {
+  Histogram histogram{};
+  std::for_each_n(plane.data(), plane.numElements(), [&](unsigned char sample) { ++histogram[sample]; });
+  const auto mean = [&](const auto& term) {
+    std::int64_t sum = 0;
+    for (int sample = 0; sample < 256; ++sample) sum += histogram[static_cast<std::size_t>(sample)] * term(sample);
+    return static_cast<double>(sum) / static_cast<double>(plane.numElements());
+  };
+  const int median = static_cast<int>(mean([](int sample) { return sample; }) + 0.5);
+  if (median < 100) return {100.0f, 0.0f};
+  const double spread = mean([&](int sample) { return std::abs(sample - median); });
+  return {static_cast<float>(median), static_cast<float>(spread)};
+}
+
+}  // namespace
+
+PointList SkinPointList(const BytePlane& red, const BytePlane& green, const BytePlane& blue) {
+  assert(SameSize(red, green) && SameSize(red, blue));
+  const int width = red.cols();
+  std::vector<PointList> lists(static_cast<std::size_t>(std::max(Plugin::ThreadCount(), 1)));
+  RunInWorkers(static_cast<int>(lists.size()), [&](int index, int count) {
+    const auto firstRow = [&](int worker) { return static_cast<int>(std::int64_t{red.rows()} * worker / count); };
+    std::vector<unsigned char> marks(static_cast<std::size_t>(width));
+    for (int y = firstRow(index); y < firstRow(index + 1); ++y) {
+      MarkSkinRow(Row(red, y), Row(green, y), Row(blue, y), marks.data(), width);
+      for (int x = 0; x < width; ++x)
+        if (marks[static_cast<std::size_t>(x)] != 0) lists[static_cast<std::size_t>(index)].push_back(y * width + x);
+    }
+  });
+  for (std::size_t i = 1; i < lists.size(); ++i) lists[0].insert(lists[0].end(), lists[i].begin(), lists[i].end());
+  return std::move(lists[0]);
+}
+
+Tones ToneLevels(const PointList& points, const BytePlane& plane) {
+  assert(plane.numElements() > 0);
+  if (points.empty()) return TonesOfPlane(plane);
+  const unsigned char* const samples = plane.data();
+  Histogram histogram{};
+  for (const int point : points) ++histogram[samples[point]];
+  const auto count = static_cast<std::int64_t>(points.size());
+  const int median = RankIn(histogram, (count - 1) / 2);
+  float sum = 0.0f;
+  for (const int point : points) sum += static_cast<float>(std::abs(samples[point] - median));
+  return {static_cast<float>(median), sum / static_cast<float>(count)};
+}
+
+}  // namespace quentara

@@ -1,0 +1,54 @@
+#include "imageops/byte_map.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "render/standalone_host.h"
+#include "support/planes.h"
+
+namespace quentara {
+namespace {
+
+TEST(PowerMap, FollowsTheCurveInBothPrecisions) {
+  for (const float exponent : {0.0f, 0.3f, 1.0f, 1.5f, 5.3333335f, 12.0f}) {
+    SCOPED_TRACE(exponent);
+    const ByteMap doubles = PowerMap(exponent), singles = SinglePowerMap(exponent);
+    const double white = std::pow(255.0, static_cast<double>(exponent));
+    for (int sample = 0; sample < 256; ++sample) {
+      const double power = std::pow(static_cast<double>(sample), static_cast<double>(exponent));
+      const float rounded = 255.0f * static_cast<float>(power) / static_cast<float>(white) + 0.5f;
+      EXPECT_EQ(std::floor(255.0 * power / white + 0.5), doubles[static_cast<std::size_t>(sample)]) << sample;
+      EXPECT_EQ(std::floor(rounded), singles[static_cast<std::size_t>(sample)]) << sample;
+    }
+  }
+}
+
+TEST(PowerMap, TakesExponentsBeyondTheRangeOfADouble) {
+  const ByteMap map = PowerMap(6100.0);  // 255^6100 has no double
+  EXPECT_EQ(255, map[255]);
+  EXPECT_EQ(0, map[254]);
+  EXPECT_EQ(94, PowerMap(254.0)[254]);  // 255 / e, about
+}
+
+TEST(MapBytes, LooksUpEverySampleWithAnyWorkers) {
+  std::mt19937 rng(3);
+  const ByteMap map = MakeByteMap([](int sample) { return static_cast<unsigned char>(sample * 7 + 3); });
+  for (const int workers : {1, 2, 3, 7})
+    for (const auto& [height, width] : {std::pair{1, 1}, {5, 9}}) {
+      StandaloneHost host(workers);
+      const Plugin::HostScope scope(host);
+      ChannelSet picture = RandomPicture(height, width, rng);
+      const ChannelSet before = picture;
+      MapBytesOf(picture, map);
+      for (int i = 0; i < 3; ++i) {
+        const BytePlane mapped(MapBytes(map, before.planes(i)));
+        EXPECT_EQ("", FirstDifference(mapped, picture.planes(i)));
+        for (int p = 0; p < height * width; ++p)
+          ASSERT_EQ((before.planes(i).data()[p] * 7 + 3) % 256, mapped.data()[p]);
+      }
+    }
+}
+
+}  // namespace
+}  // namespace quentara
