@@ -1,0 +1,143 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <vector>
+
+#include "imageops/max_filter.h"
+#include "imageops/median_filter.h"
+#include "imageops/range_mean_filter.h"
+#include "imageops/range_median_filter.h"
+#include "imageops/window_definitions.h"
+#include "render/bands.h"
+#include "render/standalone_host.h"
+#include "support/planes.h"
+
+namespace quentara {
+namespace {
+
+struct Case {
+  int height, width, radius;
+};
+
+// Every relation of plane and window: single samples, lines, planes smaller than the window, several strips of columns,
+// and the large radii at which the counters of a column or of a window are at their limits.
+std::vector<Case> Cases() {
+  std::vector<Case> cases;
+  for (const auto& [height, width] :
+       {std::pair{1, 1}, {1, 19}, {17, 1}, {2, 2}, {3, 40}, {6, 5}, {33, 40}, {21, 70}, {3, 600}})
+    for (int radius = 0; radius <= 8; ++radius) cases.push_back({height, width, radius});
+  for (const int radius : {30, 60, 91, 110, 128, 140}) cases.push_back({8, 23, radius});
+  cases.insert(cases.end(), {{38, 45, 17}, {61, 66, 30}, {5, 600, 60}, {258, 5, 127}, {270, 3, 140}, {5, 230, 110}});
+  return cases;
+}
+
+// Calls check(case, centre, values, limit) for random and patchy planes, with values within limit of the centre.
+void ForPlanes(const std::vector<int>& limits,
+               const std::function<void(const Case&, const BytePlane&, const BytePlane&, int)>& check) {
+  std::mt19937 rng(1);
+  for (const Case& c : Cases())
+    for (const int limit : limits)
+      for (const bool patchy : {false, true}) {
+        SCOPED_TRACE(testing::Message() << c.height << "x" << c.width << " radius " << c.radius << " limit " << limit
+                                        << (patchy ? " patchy" : " random"));
+        const BytePlane centre(patchy ? PatchyPlane(c.height, c.width, rng) : RandomPlane(c.height, c.width, rng));
+        check(c, centre, RandomPlaneNear(centre, limit, rng), limit);
+      }
+}
+
+const std::vector<int> kLimits = {0, 4, 15, 27, 60, 127, 255, 1000};
+
+TEST(MedianFilter, EqualsItsDefinition) {
+  ForPlanes({0}, [](const Case& c, const BytePlane& plane, const BytePlane&, int) {
+    EXPECT_EQ("", FirstDifference(MedianByDefinition(c.radius, plane), MedianFilter(c.radius, plane)));
+  });
+}
+
+TEST(MedianFilter, TakesTheLowerMedianInCornersOnly) {
+  BytePlane plane(5, 5);
+  plane = 0;
+  plane(0, 0) = 10, plane(0, 1) = 20, plane(1, 0) = 30, plane(1, 1) = 40;
+  EXPECT_EQ(20, MedianFilter(1, plane)(0, 0));  // 10 20 30 40
+  plane(0, 2) = 50;
+  EXPECT_EQ(30, MedianFilter(1, plane)(0, 1));  // 0 10 20 30 40 50 would give 20 as the lower one
+}
+
+TEST(MedianDeviationFilter, EqualsItsDefinitionForAnyReferencePlane) {
+  ForPlanes({0, 15, 255}, [](const Case& c, const BytePlane& values, const BytePlane& medians, int) {
+    EXPECT_EQ("", FirstDifference(MedianDeviationByDefinition(c.radius, values, medians),
+                                  MedianDeviationFilter(c.radius, values, medians)));
+  });
+}
+
+TEST(RangeMeanFilters, EqualTheirDefinition) {
+  ForPlanes(kLimits, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
+    EXPECT_EQ("", FirstDifference(RangeMeanByDefinition(Square(c.radius), centre, values, limit),
+                                  RangeMeanFilter2(c.radius, centre, values, limit)));
+    EXPECT_EQ("", FirstDifference(RangeMeanFilter2(c.radius, values, values, limit),
+                                  RangeMeanFilter(c.radius, values, limit)));
+  });
+}
+
+TEST(RangeMedianFilter2, EqualsItsDefinition) {
+  ForPlanes(kLimits, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
+    EXPECT_EQ("", FirstDifference(RangeMedianByDefinition(Square(c.radius), centre, values, limit),
+                                  RangeMedianFilter2(c.radius, centre, values, limit)));
+  });
+}
+
+TEST(LineFilters, EqualTheirDefinitionsInBothDirections) {
+  ForPlanes(kLimits, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
+    for (const LineDirection direction : {LineDirection::Vertical, LineDirection::Horizontal}) {
+      SCOPED_TRACE(testing::Message() << "direction " << static_cast<int>(direction));
+      const Reach line = Line(c.radius, direction);
+      EXPECT_EQ("", FirstDifference(RangeMeanByDefinition(line, centre, values, limit),
+                                    RangeMeanLine2(c.radius, centre, values, limit, direction)));
+      EXPECT_EQ("", FirstDifference(RangeMeanByDefinition(line, values, values, limit),
+                                    RangeMeanLine(c.radius, values, limit, direction)));
+      EXPECT_EQ("", FirstDifference(RangeMedianByDefinition(line, centre, values, limit),
+                                    RangeMedianLine2(c.radius, centre, values, limit, direction)));
+    }
+  });
+}
+
+TEST(MaxFilter, EqualsItsDefinition) {
+  ForPlanes({0}, [](const Case& c, const BytePlane& plane, const BytePlane&, int) {
+    EXPECT_EQ("", FirstDifference(MaxByDefinition(c.radius, plane), MaxFilter(c.radius, plane)));
+  });
+}
+
+TEST(WindowFilters, DoNotDependOnTheWorkers) {
+  std::mt19937 rng(2);
+  const BytePlane centre(PatchyPlane(67, 33, rng)), values(RandomPlaneNear(centre, 20, rng));
+  for (const int radius : {0, 1, 3, 8})
+    for (const int workers : {1, 2, 3, 7}) {
+      SCOPED_TRACE(testing::Message() << "radius " << radius << " workers " << workers);
+      StandaloneHost host(workers);
+      const Plugin::HostScope scope(host);
+      const auto check = [&](auto filter) {
+        EXPECT_EQ("", FirstDifference(filter(centre, values), FilterInBands(radius, filter, centre, values)));
+      };
+      check([&](const BytePlane& a, const BytePlane& b) { return RangeMeanFilter2(radius, a, b, 20); });
+      check([&](const BytePlane& a, const BytePlane& b) { return RangeMedianFilter2(radius, a, b, 20); });
+      check([&](const BytePlane& a, const BytePlane& b) {
+        return RangeMedianLine2(radius, a, b, 20, LineDirection::Vertical);
+      });
+      check([&](const BytePlane&, const BytePlane& b) { return MaxFilter(radius, b); });
+      check([&](const BytePlane& a, const BytePlane& b) { return MedianDeviationFilter(radius, a, b); });
+    }
+}
+
+// The rank of an edge depends on all four sides of the plane, which a band does not show: the cut must keep it away.
+TEST(WindowFilters, MedianInBandsKeepsTheRankOfItsEdges) {
+  std::mt19937 rng(3);
+  const BytePlane plane(RandomPlane(40, 9, rng));
+  StandaloneHost host(3);
+  const Plugin::HostScope scope(host);
+  for (const int radius : {1, 2, 4, 6})
+    EXPECT_EQ("", FirstDifference(MedianFilter(radius, plane),
+                                  FilterInBands(
+                                      radius, [&](const BytePlane& b) { return MedianFilter(radius, b); }, plane)));
+}
+
+}  // namespace
+}  // namespace quentara
