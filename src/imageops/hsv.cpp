@@ -1,0 +1,70 @@
+#include "imageops/hsv.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "render/bands.h"
+
+namespace quentara {
+namespace {
+
+// Every sextant's hue is computed and then chosen, so that the loop has no branch.
+void ToHsvRun(const unsigned char* red, const unsigned char* green, const unsigned char* blue, float* __restrict hue,
+              float* __restrict saturation, float* __restrict value, std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    const float r = red[i], g = green[i], b = blue[i];
+    const float most = std::max(std::max(r, g), b), least = std::min(std::min(r, g), b);
+    const bool grey = most == least;
+    const float delta = grey ? 1.0f : (most - least) / 255.0f;
+    const float fromRed = (g - b) / 255.0f / delta;
+    const float fromGreen = 2.0f + (b - r) / 255.0f / delta;
+    const float fromBlue = 4.0f + (r - g) / 255.0f / delta;
+    const float degrees = (r == most ? fromRed : g == most ? fromGreen : fromBlue) * 60.0f;
+    hue[i] = grey ? 0.0f : degrees < 0.0f ? degrees + 360.0f : degrees;
+    saturation[i] = grey ? 0.0f : (most - least) / most;
+    value[i] = most;
+  }
+}
+
+void FromHsvRun(const float* hue, const float* saturation, const float* value, unsigned char* __restrict red,
+                unsigned char* __restrict green, unsigned char* __restrict blue, std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    const float s = saturation[i], v = value[i];
+    const float sixths = (hue[i] == 360.0f ? 0.0f : hue[i]) / 60.0f;
+    const int sextant = static_cast<int>(sixths);
+    const float f = sixths - static_cast<float>(sextant);
+    // Without saturation all three are v itself, as the factor of s is then 1.
+    const float p = v * (1.0f - s), q = v * (1.0f - s * f), t = v * (1.0f - s * (1.0f - f));
+    const float r = sextant == 1 ? q : sextant == 2 || sextant == 3 ? p : sextant == 4 ? t : v;
+    const float g = sextant == 0 ? t : sextant == 1 || sextant == 2 ? v : sextant == 3 ? q : p;
+    const float b = sextant == 0 || sextant == 1 ? p : sextant == 2 ? t : sextant == 3 || sextant == 4 ? v : q;
+    red[i] = ToByte(r);
+    green[i] = ToByte(g);
+    blue[i] = ToByte(b);
+  }
+}
+
+}  // namespace
+
+FloatChannelSet RgbToHsv(const ChannelSet& picture) {
+  assert(picture.HasMode("RGB"));
+  FloatChannelSet hsv("HSV", picture.width(), picture.height());
+  ForSampleBands(picture.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    ToHsvRun(picture.planes(0).data() + first, picture.planes(1).data() + first, picture.planes(2).data() + first,
+             hsv.planes(0).data() + first, hsv.planes(1).data() + first, hsv.planes(2).data() + first, count);
+  });
+  return hsv;
+}
+
+ChannelSet HsvToRgb(const FloatChannelSet& hue, const FloatChannelSet& saturation, const FloatChannelSet& value) {
+  assert(SameSize(hue.planes(0), saturation.planes(0)) && SameSize(hue.planes(0), value.planes(0)));
+  ChannelSet picture("RGB", hue.width(), hue.height());
+  ForSampleBands(hue.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    FromHsvRun(hue.planes(0).data() + first, saturation.planes(0).data() + first, value.planes(0).data() + first,
+               picture.planes(0).data() + first, picture.planes(1).data() + first, picture.planes(2).data() + first,
+               count);
+  });
+  return picture;
+}
+
+}  // namespace quentara
