@@ -1,0 +1,189 @@
+#include "outlines/thick_line_mask.h"
+
+#include <algorithm>
+#include <array>
+#include <cassert>
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+#include "imageops/luma.h"
+#include "imageops/max_filter.h"
+#include "imageops/median_filter.h"
+#include "outlines/compositing.h"
+#include "outlines/rotate_image.h"
+#include "render/bands.h"
+#include "render/settings.h"
+
+namespace quentara {
+namespace {
+
+/// The measure of a pixel by its luma and the level around it, both bytes.
+class LineShades {
+ public:
+  LineShades() {
+    for (int level = 0; level < 256; ++level)
+      for (int luma = 0; luma < 256; ++luma) {
+        const float ratio = std::min(256.0f * static_cast<float>(luma) / (static_cast<float>(level) + 1.0f), 255.0f);
+        const unsigned char shade = level < 3 ? static_cast<unsigned char>(level) : ToByte(ratio);
+        shades_[Place(luma, level)] = ToByte(SoftLightSelf(shade));
+      }
+  }
+
+  void ShadeRun(const unsigned char* luma, const unsigned char* levels, unsigned char* lines,
+                std::ptrdiff_t count) const {
+    std::transform(luma, luma + count, levels, lines,
+                   [this](unsigned char sample, unsigned char level) { return shades_[Place(sample, level)]; });
+  }
+
+ private:
+  static std::size_t Place(int luma, int level) { return static_cast<std::size_t>(level * 256 + luma); }
+
+  std::array<unsigned char, 256 * 256> shades_;
+};
+
+const LineShades& Shades() {
+  static const LineShades shades;
+  return shades;
+}
+
+/// The square in which a luma plane is turned to its diagonals, and what of it is needed to come back.
+class DiagonalSquare {
+ public:
+  explicit DiagonalSquare(const BytePlane& luma)
+      : height_(luma.rows()),
+        width_(luma.cols()),
+        side_(Side(luma)),
+        top_((side_ - 1) / 2 + 1 - height_ / 2),
+        left_((side_ - 1) / 2 + 1 - width_ / 2),
+        there_(side_, side_, 45.0f),
+        back_(side_, side_, -45.0f),
+        framed_(height_ + 2, width_ + 2) {
+    for (int y = 0; y < framed_.rows(); ++y) {
+      const unsigned char* const samples = Row(luma, std::clamp(y - 1, 0, height_ - 1));
+      unsigned char* const row = Row(framed_, y);
+      std::copy_n(samples, width_, row + 1);
+      row[0] = samples[0];
+      row[width_ + 1] = samples[width_ - 1];
+    }
+  }
+
+  int side() const { return side_; }
+
+  BytePlane Turned(const Window& window) const { return RotateImage(there_, {framed_, top_ - 1, left_ - 1}, window); }
+
+  /// Rows first .. first + count - 1 of the mask, from the measure of the turned square.
+  BytePlane TurnedBack(const BytePlane& lines, int first, int count) const {
+    return RotateImage(back_, {lines, 0, 0}, {top_ + 2 + first, left_ + 1, count, width_});
+  }
+
+  /// Strips of rows of the turned square that hold every pixel that `TurnedBack` looks at from row `firstRow` on.
+  std::vector<Window> NeededStrips(int firstRow, int stripHeight) const {
+    struct Columns {
+      int begin;
+      int end;
+    };
+    std::vector<Columns> needed(static_cast<std::size_t>(side_), Columns{side_, 0});
+    // The pixels looked at fill a convex outline, so its border says where each row begins and ends. The steps along
+    // the border are less than a pixel in either direction, and interpolation reaches one pixel further.
+    const auto visit = [&](int x, int y) {
+      const int column = static_cast<int>(std::floor(back_.SourceX(x, y) - 0.5f));
+      const int row = static_cast<int>(std::floor(back_.SourceY(x, y) - 0.5f));
+      for (int v = std::max(row - 1, 0); v <= std::min(row + 2, side_ - 1); ++v) {
+        Columns& columns = needed[static_cast<std::size_t>(v)];
+        columns.begin = std::min(columns.begin, std::max(column - 1, 0));
+        columns.end = std::max(columns.end, std::min(column + 3, side_));
+      }
+    };
+    const int top = top_ + 2 + firstRow, bottom = top_ + 1 + height_, left = left_ + 1, right = left_ + width_;
+    for (int x = left; x <= right; ++x) visit(x, top), visit(x, bottom);
+    for (int y = top; y <= bottom; ++y) visit(left, y), visit(right, y);
+
+    std::vector<Window> strips;
+    for (int first = 0; first < side_; first += stripHeight) {
+      const int end = std::min(first + stripHeight, side_);
+      Columns columns = {side_, 0};
+      for (int v = first; v < end; ++v) {
+        columns.begin = std::min(columns.begin, needed[static_cast<std::size_t>(v)].begin);
+        columns.end = std::max(columns.end, needed[static_cast<std::size_t>(v)].end);
+      }
+      if (columns.begin < columns.end)
+        strips.push_back({first, columns.begin, end - first, columns.end - columns.begin});
+    }
+    return strips;
+  }
+
+ private:
+  static int Side(const BytePlane& luma) {
+    const double h = luma.rows(), w = luma.cols();
+    const int diagonal = static_cast<int>(std::sqrt(w * w + h * h) + 0.5);
+    return diagonal + (diagonal % 2 == 1 ? 4 : 5);
+  }
+
+  int height_;
+  int width_;
+  int side_;
+  int top_;
+  int left_;
+  Rotation there_;
+  Rotation back_;
+  BytePlane framed_;
+};
+
+// Measures a strip of the turned square. The filters see what they reach around the strip, so that its own pixels come
+// out as from the whole square.
+void MeasureStrip(int thickness, const DiagonalSquare& square, const Window& strip, unsigned char* lines) {
+  const int reach = 2 * thickness, side = square.side();
+  const int top = std::max(strip.top - reach, 0), bottom = std::min(strip.top + strip.height + reach, side);
+  const int left = std::max(strip.left - reach, 0), right = std::min(strip.left + strip.width + reach, side);
+  const BytePlane luma(square.Turned({top, left, bottom - top, right - left}));
+  const BytePlane levels(MaxFilter(thickness, MedianFilter(thickness, luma)));
+  for (int y = strip.top; y < strip.top + strip.height; ++y)
+    Shades().ShadeRun(Row(luma, y - top) + (strip.left - left), Row(levels, y - top) + (strip.left - left),
+                      lines + static_cast<std::ptrdiff_t>(y) * side + strip.left, strip.width);
+}
+
+void AverageDiagonals(int thickness, const BytePlane& luma, BytePlane& mask) {
+  constexpr int kFirst = 2;
+  const int rows = mask.rows() - kFirst, width = mask.cols();
+  if (rows <= 0) return;
+  const DiagonalSquare square(luma);
+  // Tall strips filter their overlap seldom, flat ones fit closely around the pixels needed.
+  const int stripHeight = static_cast<int>(60.0 * std::sqrt(thickness));
+  const std::vector<Window> strips = square.NeededStrips(kFirst, stripHeight);
+  BytePlane lines(square.side(), square.side());
+  RunInWorkers(std::max(Plugin::ThreadCount(), 1), [&](int index, int count) {
+    for (std::size_t i = static_cast<std::size_t>(index); i < strips.size(); i += static_cast<std::size_t>(count))
+      MeasureStrip(thickness, square, strips[i], lines.data());
+  });
+  Plugin::CheckStop();
+  ForRowBands(rows, [&](int first, int count) {
+    const BytePlane diagonals(square.TurnedBack(lines, kFirst + first, count));
+    unsigned char* const samples = Row(mask, kFirst + first);
+    std::transform(samples, samples + static_cast<std::ptrdiff_t>(count) * width, diagonals.data(), samples,
+                   [](int a, int b) { return static_cast<unsigned char>((a + b + 1) / 2); });
+  });
+}
+
+}  // namespace
+
+ChannelSet ThickLineMask(int thickness, const ChannelSet& image, int quality) {
+  assert(thickness >= 1);
+  Plugin::CheckStop();
+  const BytePlane luma(LumaPlane601(image));
+  BytePlane levels(FilterInBands(
+      thickness, [&](const BytePlane& band) { return MedianFilter(thickness, band); }, luma));
+  Plugin::CheckStop();
+  levels.reference(FilterInBands(
+      thickness, [&](const BytePlane& band) { return MaxFilter(thickness, band); }, levels));
+  Plugin::CheckStop();
+  ChannelSet mask("L", image.width(), image.height());
+  ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    Shades().ShadeRun(luma.data() + first, levels.data() + first, mask.planes(0).data() + first, count);
+  });
+  levels.free();
+  if (quality == kHigh) AverageDiagonals(thickness, luma, mask.planes(0));
+  return mask;
+}
+
+}  // namespace quentara

@@ -1,0 +1,99 @@
+#include "outlines/thick_line_mask.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "imageops/luma.h"
+#include "imageops/max_filter.h"
+#include "imageops/median_filter.h"
+#include "outlines/compositing.h"
+#include "outlines/rotate_image.h"
+#include "render/settings.h"
+#include "render/standalone_host.h"
+#include "support/planes.h"
+
+namespace quentara {
+namespace {
+
+BytePlane MeasureByDefinition(int r, const BytePlane& luma) {
+  const BytePlane levels(MaxFilter(r, MedianFilter(r, luma)));
+  BytePlane lines(luma.rows(), luma.cols());
+  for (int p = 0; p < static_cast<int>(luma.numElements()); ++p) {
+    const float level = levels.data()[p];
+    const float v = 256.0f * static_cast<float>(luma.data()[p]) / (level + 1.0f);
+    const int ratio = level < 3.0f ? static_cast<int>(level) : static_cast<int>((v > 255.0f ? 255.0f : v) + 0.5f);
+    lines.data()[p] = ToByte(SoftLightSelf(static_cast<float>(ratio)));
+  }
+  return lines;
+}
+
+// The whole square is turned and measured; a window row just below it is rotated like any other.
+BytePlane MaskByDefinition(int r, const BytePlane& luma, bool high) {
+  const int h = luma.rows(), w = luma.cols();
+  BytePlane mask(MeasureByDefinition(r, luma));
+  if (!high) return mask;
+  int side = static_cast<int>(std::floor(std::sqrt(static_cast<double>(w * w + h * h)) + 0.5));
+  side += side % 2 == 1 ? 4 : 5;
+  const int left = (side - 1) / 2 + 1 - w / 2, top = (side - 1) / 2 + 1 - h / 2;
+  BytePlane square(side, side);
+  square = 0;
+  for (int y = -1; y <= h; ++y)
+    for (int x = -1; x <= w; ++x) square(top + y, left + x) = luma(std::clamp(y, 0, h - 1), std::clamp(x, 0, w - 1));
+  const BytePlane turned(RotateImage(Rotation(side, side, 45.0f), {square, 0, 0}, {0, 0, side, side}));
+  const BytePlane lines(MeasureByDefinition(r, turned));
+  const BytePlane back(RotateImage(Rotation(side, side, -45.0f), {lines, 0, 0}, {0, 0, side + 2, side}));
+  for (int y = 2; y < h; ++y)
+    for (int x = 0; x < w; ++x)
+      mask(y, x) =
+          ToByte(static_cast<float>(back(top + 2 + y, left + 1 + x)) * 0.5f + static_cast<float>(mask(y, x)) * 0.5f);
+  return mask;
+}
+
+TEST(ThickLineMask, EqualsItsDefinitionWithAnyWorkers) {
+  std::mt19937 rng(31);
+  for (const auto& [height, width] : {std::pair{1, 1}, {3, 1}, {2, 9}, {5, 5}, {1, 30}, {33, 41}, {90, 64}, {120, 250}})
+    for (const int thickness : {1, 2, 3, 10}) {
+      const ChannelSet picture = RandomPicture(height, width, rng);
+      const BytePlane luma(LumaPlane601(picture));
+      for (const int quality : {kFast, kHigh}) {
+        const BytePlane expected(MaskByDefinition(thickness, luma, quality == kHigh));
+        for (const int workers : {1, 2, 3, 7}) {
+          SCOPED_TRACE(testing::Message() << height << "x" << width << " thickness " << thickness << " quality "
+                                          << quality << " workers " << workers);
+          StandaloneHost host(workers);
+          const Plugin::HostScope scope(host);
+          EXPECT_EQ("", FirstDifference(expected, ThickLineMask(thickness, picture, quality).planes(0)));
+        }
+      }
+    }
+}
+
+TEST(ThickLineMask, MeasuresFlatPictures) {
+  for (const auto& [sample, expected] : {std::pair{0, 0}, {2, 0}, {100, 255}, {3, 216}}) {
+    ChannelSet picture("L", 20, 10);
+    picture.planes(0) = static_cast<unsigned char>(sample);
+    const BytePlane mask(ThickLineMask(2, picture, kFast).planes(0));
+    EXPECT_EQ(expected, mask(5, 5)) << sample;
+    EXPECT_TRUE(blitz::all(mask == mask(0, 0))) << sample;
+  }
+}
+
+TEST(ThickLineMask, StopsBetweenThePassesWhenTold) {
+  struct StoppingHost : StandaloneHost {
+    void CheckStop(const int*) override {
+      if (--checksLeft < 0) throw Plugin::Interrupted();
+    }
+    int checksLeft = 0;
+  };
+  const ChannelSet picture("L", 30, 30);
+  for (int checks = 0; checks < 4; ++checks) {
+    StoppingHost host;
+    const Plugin::HostScope scope(host);
+    host.checksLeft = checks;
+    EXPECT_THROW(ThickLineMask(2, picture, kHigh), Plugin::Interrupted) << "after " << checks;
+  }
+}
+
+}  // namespace
+}  // namespace quentara
