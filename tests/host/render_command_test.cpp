@@ -1,0 +1,161 @@
+// Whole renders through the command dispatcher.
+#include <gmock/gmock.h>
+
+#include <cstring>
+#include <functional>
+
+#include "support/fake_host.h"
+
+namespace quentara {
+namespace {
+
+constexpr int kHeight = 7, kWidth = 9;
+
+int EightBitStep(int value, bool deep) {
+  return deep ? (value * 255 / 32768) * 32768 / 255 : value;
+}
+
+/// Expects each sample of `output` to be expected(input sample, channel), and its padding to be that of `before`.
+void ExpectSamples(const FakeWorld& input, const FakeWorld& before, const FakeWorld& output,
+                   const std::function<int(int value, int channel)>& expected) {
+  FakeWorld wanted = before;
+  for (int y = 0; y < kHeight; ++y)
+    for (int x = 0; x < kWidth; ++x)
+      for (int channel = 0; channel < 4; ++channel)
+        wanted.SetSample(y, x, channel, expected(input.Sample(y, x, channel), channel));
+  EXPECT_EQ(wanted.memory, output.memory);
+}
+
+class Depths : public testing::TestWithParam<bool> {
+ protected:
+  Depths() {
+    EXPECT_EQ(PF_Err_NONE, host.DefineParams());
+    host.SetNoStage();
+    for (int channel = 0; channel < 4; ++channel) {  // the ends of the range
+      input.SetSample(0, 0, channel, 0);
+      input.SetSample(0, 1, channel, deep ? 32768 : 255);
+      input.SetSample(0, 2, channel, 1);
+    }
+  }
+
+  const bool deep = GetParam();
+  std::mt19937 rng{1};
+  FakeHost host;
+  FakeWorld input{kHeight, kWidth, deep, 3, rng};
+  const FakeWorld before{kHeight, kWidth, deep, 5, rng};
+  FakeWorld output{before};
+};
+
+INSTANTIATE_TEST_SUITE_P(EightAndSixteen, Depths, testing::Bool());
+
+TEST_P(Depths, PassThePictureOnWithItsAlpha) {
+  ASSERT_EQ(PF_Err_NONE, host.Render(input, output));
+  ExpectSamples(input, before, output,
+                [&](int value, int channel) { return channel == 0 ? value : EightBitStep(value, deep); });
+  EXPECT_EQ((std::vector{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}), host.progress);
+  EXPECT_EQ(0, FakeHandles::live);
+}
+
+TEST_P(Depths, BlendWithTheOriginal) {
+  host.Param(39).u.fd.value = 100 << 16;
+  ASSERT_EQ(PF_Err_NONE, host.Render(input, output));
+  ExpectSamples(input, before, output, [](int value, int) { return value; });
+
+  host.Param(39).u.fd.value = 30 << 16;
+  ASSERT_EQ(PF_Err_NONE, host.Render(input, output));
+  ExpectSamples(input, before, output, [&](int value, int channel) {
+    const int painted = channel == 0 ? value : EightBitStep(value, deep);
+    return static_cast<int>(static_cast<float>(value) * 0.3f + static_cast<float>(painted) * (1.0f - 0.3f));
+  });
+}
+
+TEST_P(Depths, LeaveTheColorsAloneWhenTheSizesDiffer) {
+  FakeWorld narrow(kHeight, kWidth - 2, deep, 0, rng);
+  FakeWorld wanted = narrow;
+  ASSERT_EQ(PF_Err_NONE, host.Render(input, narrow));
+  for (int y = 0; y < kHeight; ++y)
+    for (int x = 0; x < kWidth - 2; ++x) wanted.SetSample(y, x, 0, input.Sample(y, x, 0));
+  EXPECT_EQ(wanted.memory, narrow.memory);
+}
+
+TEST_P(Depths, DoNothingForAnEmptyLayer) {
+  input.layout.height = 0;
+  EXPECT_EQ(PF_Err_NONE, host.Render(input, output));
+  EXPECT_EQ(before.memory, output.memory);
+}
+
+TEST_P(Depths, RefuseAStageThatIsNotThere) {
+  host.Param(13).u.bd.value = 1;
+  EXPECT_EQ(PF_Err_INTERNAL_STRUCT_DAMAGED, host.Render(input, output));
+  EXPECT_THAT(host.out.return_msg, testing::HasSubstr("Halftone Pattern"));
+  EXPECT_EQ(PF_OutFlag_DISPLAY_ERROR_MESSAGE, host.out.out_flags);
+  EXPECT_EQ(before.memory, output.memory);
+  EXPECT_EQ(0, FakeHandles::live);
+}
+
+/// Renders again and again, with disturb(host, n) making the n-th call of some kind go wrong, until a render no longer
+/// gets that far. Every one of them has to end with `error`, an untouched output and nothing left allocated.
+void ExpectCleanFailures(const std::function<void(FakeHost&)>& choose, PF_Err error,
+                         const std::function<void(FakeHost&, int)>& disturb) {
+  for (const HostWorkers workers : kAllHostWorkers) {
+    std::mt19937 rng(2);
+    const FakeWorld input(kHeight, kWidth, false, 1, rng), before(kHeight, kWidth, false, 2, rng);
+    PF_Err result = error;
+    for (int n = 1; result != PF_Err_NONE; ++n) {
+      SCOPED_TRACE(testing::Message() << "call " << n << ", workers " << static_cast<int>(workers));
+      FakeWorld output = before;
+      FakeHost host(workers);
+      ASSERT_EQ(PF_Err_NONE, host.DefineParams());
+      choose(host);
+      disturb(host, n);
+      result = host.Render(input, output);
+      FakeHandles::FailAt(0);
+      EXPECT_EQ(0, FakeHandles::live);
+      EXPECT_EQ(0, host.foreignCalls);
+      if (result == PF_Err_NONE) {
+        EXPECT_GT(n, 20) << "nothing was disturbed";
+        break;
+      }
+      ASSERT_EQ(error, result) << host.out.return_msg;
+      EXPECT_EQ(before.memory, output.memory);
+    }
+  }
+}
+
+void ChooseNoStage(FakeHost& host) {
+  host.SetNoStage();
+}
+
+TEST(RenderCommand, EndsCleanlyAtEveryCancel) {
+  for (const PF_Err answer : {PF_Interrupt_CANCEL, PF_Err_INVALID_CALLBACK})
+    ExpectCleanFailures(ChooseNoStage, answer, [=](FakeHost& host, int n) {
+      host.cancelAt = n;
+      host.cancel = answer;
+    });
+}
+
+TEST(RenderCommand, EndsCleanlyAtEveryFailureOfMemory) {
+  ExpectCleanFailures(ChooseNoStage, PF_Err_OUT_OF_MEMORY, [](FakeHost&, int n) { FakeHandles::FailAt(n); });
+}
+
+TEST(RenderCommand, RunsSeveralTimesAtOnce) {
+  const auto render = [](unsigned seed, HostWorkers workers) {
+    std::mt19937 rng(seed);
+    for (int i = 0; i < 20; ++i) {
+      FakeHost host(workers);
+      ASSERT_EQ(PF_Err_NONE, host.DefineParams());
+      host.SetNoStage();
+      const FakeWorld input(kHeight, kWidth, false, 0, rng);
+      FakeWorld output(kHeight, kWidth, false, 0, rng);
+      ASSERT_EQ(PF_Err_NONE, host.Render(input, output));
+      ASSERT_EQ(input.memory, output.memory);
+    }
+  };
+  std::thread other(render, 3, HostWorkers::Threads);
+  render(4, HostWorkers::None);
+  other.join();
+  EXPECT_EQ(0, FakeHandles::live);
+}
+
+}  // namespace
+}  // namespace quentara

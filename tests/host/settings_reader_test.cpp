@@ -1,0 +1,162 @@
+#include "host/settings_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "support/fake_host.h"
+
+namespace quentara {
+namespace {
+
+/// A host with its parameters defined, and the settings read from them.
+class SettingsReader : public testing::TestWithParam<PF_SpecVersion> {
+ protected:
+  SettingsReader() : host(HostWorkers::None, GetParam()) { EXPECT_EQ(PF_Err_NONE, host.DefineParams()); }
+
+  const RenderSettings& Read(A_long num = 1, A_u_long den = 1) {
+    host.in.downsample_x = {num, den};
+    std::vector<const PF_ParamDef*> list;
+    for (const PF_ParamDef& param : host.params) list.push_back(&param);
+    const bool groups = GetParam().minor >= 12;
+    Nivra::ReadSettings(Nivra::ParamCursor(list.data(), groups), Nivra::HorizontalScale(host.in), frame);
+    return frame.settings;
+  }
+
+  void SwitchAllOn() {
+    for (const int box : {22, 26, 112, 32, 125, 136, 146, 13, 36, 161}) host.Param(box).u.bd.value = 1;
+  }
+
+  FakeHost host;
+  Nivra::FrameSettings frame;
+};
+
+INSTANTIATE_TEST_SUITE_P(WithAndWithoutGroups, SettingsReader,
+                         testing::Values(PF_SpecVersion{12, 12}, PF_SpecVersion{12, 11}));
+
+TEST_P(SettingsReader, ReadsTheDefaults) {
+  const RenderSettings& settings = Read();
+  ASSERT_EQ(&frame.mainBlur, settings.mainBlur);
+  EXPECT_EQ(BlurType::Box, settings.mainBlur->type);
+  EXPECT_EQ(3, settings.mainBlur->radius);
+  EXPECT_EQ(15, settings.mainBlur->thresh);
+  EXPECT_EQ(kHigh, settings.mainBlur->quality);
+  EXPECT_EQ(0.25f, settings.mainBlur->blurring);
+  EXPECT_EQ(10, settings.mainBlur->blurRadius);
+  EXPECT_TRUE(settings.useMainBlur);
+  EXPECT_EQ(nullptr, settings.outlineBlur);
+  EXPECT_EQ(0.0f, settings.outlineColor.green);
+  EXPECT_TRUE(settings.lighterSecond);
+
+  EXPECT_EQ(Style::FlatShaded, settings.style);
+  ASSERT_EQ(&frame.flatShaded, settings.flatShaded);
+  EXPECT_EQ(10, settings.flatShaded->flatness);
+  EXPECT_EQ(20, settings.flatShaded->simplicity);
+  EXPECT_EQ(1.0f, settings.flatShaded->strength);
+  EXPECT_EQ(nullptr, settings.flatDetailed);
+  EXPECT_EQ(nullptr, settings.posterPaint);
+
+  ASSERT_EQ(&frame.comicOutlines, settings.comicOutlines);
+  EXPECT_EQ(0.6f, settings.comicOutlines->sensitivity);
+  EXPECT_EQ(2, settings.comicOutlines->thickness);
+  EXPECT_EQ(1.0f, settings.comicOutlines->antialias);
+  EXPECT_EQ(0.0f, settings.comicOutlines->transparency);
+  for (const void* off : std::initializer_list<const void*>{
+           settings.softOutlines, settings.markerOutlines, settings.shadowOutlines, settings.woodcutOutlines,
+           settings.scratchboardOutlines, settings.conteOutlines, settings.halftone, settings.stipplePattern,
+           settings.duotone})
+    EXPECT_EQ(nullptr, off);
+  EXPECT_EQ(0.0f, frame.blendWithOriginal);
+}
+
+TEST_P(SettingsReader, ReadsEveryStageToTheEndOfTheTable) {
+  SwitchAllOn();
+  host.Param(138).u.pd.value = 2;
+  host.Param(148).u.fd.value = 655360;
+  host.Param(147).u.cd.value = {255, 255, 128, 0};
+  host.Param(39).u.fd.value = 25 << 16;
+  const RenderSettings& settings = Read();
+  EXPECT_EQ(0.4f, frame.airbrush.lightMix);
+  EXPECT_EQ(1.5f, frame.airbrush.strength);
+  EXPECT_EQ(55705 / 65536.0f, frame.droplet.strength);
+  EXPECT_EQ(0.25f, frame.gouache.postsharpen);
+  EXPECT_EQ(0.85f, frame.posterPaint.foreground);
+  EXPECT_TRUE(frame.flatDetailed.temporalFix);
+  EXPECT_EQ(kHigh, settings.softOutlines->quality);
+  EXPECT_FALSE(settings.markerOutlines->reuseCrackle) << "the style is not Crackle";
+  EXPECT_EQ(8, settings.markerOutlines->separation);
+  EXPECT_EQ(10, settings.markerOutlines->minimumDifference);
+  EXPECT_FALSE(settings.shadowOutlines->tintForeground);
+  EXPECT_EQ(1.0f, settings.woodcutOutlines->antialias);
+  EXPECT_EQ(1, settings.scratchboardOutlines->style);
+  EXPECT_EQ(4.75f, settings.scratchboardOutlines->detail);
+  EXPECT_EQ(1.0f, settings.conteOutlines->lightColor.red);
+  EXPECT_EQ(0.5019608f, settings.conteOutlines->lightColor.green);
+  EXPECT_EQ(0.1f, settings.conteOutlines->lightStrength);
+  EXPECT_EQ(3, settings.conteOutlines->darkThickness);
+  EXPECT_EQ(75.0f, settings.halftone->greenAngle);
+  EXPECT_EQ(kHigh, settings.halftone->quality);
+  EXPECT_EQ(0.5f, settings.stipplePattern->density);
+  EXPECT_EQ(1, settings.stipplePattern->dotSize);
+  EXPECT_EQ(1.0f, settings.duotone->lightestColor.blue);
+  EXPECT_EQ(0.0f, settings.duotone->darkestColor.blue);
+  EXPECT_EQ(0.25f, frame.blendWithOriginal);
+}
+
+TEST_P(SettingsReader, ScalesLengthsToTheFrame) {
+  SwitchAllOn();
+  host.Param(2).u.sd.value = 1;
+  host.Param(29).u.sd.value = 1;
+  host.in.downsample_y = {1, 2};
+  const RenderSettings& quarter = Read(1, 4);
+  EXPECT_EQ(nullptr, quarter.mainBlur);
+  EXPECT_EQ(0, frame.mainBlur.radius);
+  EXPECT_EQ(15, frame.mainBlur.thresh);
+  EXPECT_EQ(1, frame.mainBlur.testRadius);
+  EXPECT_EQ(3, frame.mainBlur.blurRadius);
+  EXPECT_EQ(3, quarter.flatShaded->flatness);
+  EXPECT_EQ(20, quarter.flatShaded->simplicity);
+  EXPECT_EQ(1, quarter.comicOutlines->thickness);
+  EXPECT_EQ(8, quarter.markerOutlines->separation);
+  EXPECT_EQ(10, quarter.markerOutlines->minimumDifference);
+  EXPECT_EQ(0.125f, quarter.stipplePattern->density);
+  EXPECT_EQ(6, frame.posterPaint.paint1);
+  host.Param(7).u.sd.value = 0;
+  EXPECT_EQ(0, Read(1, 4).flatShaded->flatness);
+  host.in.downsample_y = {1, 0};
+  EXPECT_EQ(0.5f, Read(1, 4).stipplePattern->density) << "no scale without both denominators";
+}
+
+TEST_P(SettingsReader, ChoosesTheStyleByThePopupsOrder) {
+  const Style expected[] = {Style::NoRoto,   Style::FlatShaded,  Style::FlatDetailed, Style::NoRoto,
+                            Style::Airbrush, Style::Bristle,     Style::Crackle,      Style::Droplet,
+                            Style::Gouache,  Style::PosterPaint, Style::NoRoto};
+  host.Param(112).u.bd.value = 1;
+  for (int choice = 0; choice < 11; ++choice) {
+    SCOPED_TRACE(choice);
+    host.Param(6).u.pd.value = choice;
+    const RenderSettings& settings = Read();
+    EXPECT_EQ(expected[choice], settings.style);
+    const void* const records[] = {settings.flatShaded, settings.flatDetailed, settings.airbrush, settings.bristle,
+                                   settings.crackle,    settings.droplet,      settings.gouache,  settings.posterPaint};
+    for (int style = 0; style < 8; ++style)
+      EXPECT_EQ(style == static_cast<int>(settings.style), records[style] != nullptr) << "record " << style;
+    EXPECT_EQ(settings.style == Style::Crackle, settings.markerOutlines->reuseCrackle);
+  }
+}
+
+TEST_P(SettingsReader, KeepsEffectiveBlursOnly) {
+  host.Param(16).u.bd.value = 0;
+  host.Param(18).u.pd.value = 3;
+  host.Param(19).u.sd.value = 0;
+  EXPECT_EQ(&frame.outlineBlur, Read().outlineBlur) << "Supersmart asks for no radius";
+  host.Param(18).u.pd.value = 1;
+  EXPECT_EQ(nullptr, Read().outlineBlur);
+  host.Param(19).u.sd.value = 1;
+  EXPECT_EQ(&frame.outlineBlur, Read().outlineBlur);
+  host.Param(16).u.bd.value = 1;
+  EXPECT_EQ(nullptr, Read().outlineBlur);
+  host.Param(1).u.pd.value = 4;
+  EXPECT_EQ(nullptr, Read().mainBlur);
+}
+
+}  // namespace
+}  // namespace quentara
