@@ -18,7 +18,9 @@ Plane<Result> JudgeWindows(Reach reach, const BytePlane& values, const Judge& ju
       window.clear();
       for (int j = y - reach.rows; j <= y + reach.rows; ++j)
         for (int i = x - reach.columns; i <= x + reach.columns; ++i)
-          if (j >= 0 && j < values.rows() && i >= 0 && i < values.cols()) window.push_back(values(j, i));
+          if (j >= 0 && j < values.rows() && i >= 0 && i < values.cols() &&
+              std::abs(j - y) + std::abs(i - x) <= reach.steps)
+            window.push_back(values(j, i));
       result(y, x) = static_cast<Result>(judge(y, x, window));
     }
   return result;
@@ -37,23 +39,29 @@ void KeepNear(int centre, int limit, Samples& samples) {
 }  // namespace
 
 Reach Square(int radius) {
-  return {radius, radius};
+  return {radius, radius, 2 * radius};
+}
+
+Reach Diamond(int radius) {
+  return {radius, radius, radius};
 }
 
 Reach Line(int radius, LineDirection direction) {
-  return direction == LineDirection::Vertical ? Reach{radius, 0} : Reach{0, radius};
+  return direction == LineDirection::Vertical ? Reach{radius, 0, radius} : Reach{0, radius, radius};
 }
 
-BytePlane MedianByDefinition(int radius, const BytePlane& plane) {
-  const auto nearEdge = [&](int position, int size) { return position < radius || position > size - 1 - radius; };
-  return JudgeWindows<unsigned char>(Square(radius), plane, [&](int y, int x, Samples& window) {
-    const bool corner = nearEdge(y, plane.rows()) && nearEdge(x, plane.cols());
+BytePlane MedianByDefinition(Reach reach, const BytePlane& plane) {
+  const auto nearEdge = [](int position, int radius, int size) {
+    return position < radius || position > size - 1 - radius;
+  };
+  return JudgeWindows<unsigned char>(reach, plane, [&](int y, int x, Samples& window) {
+    const bool corner = nearEdge(y, reach.rows, plane.rows()) && nearEdge(x, reach.columns, plane.cols());
     return OfRank(window, corner ? (window.size() - 1) / 2 : window.size() / 2);
   });
 }
 
-FloatPlane MedianDeviationByDefinition(int radius, const BytePlane& values, const BytePlane& medians) {
-  return JudgeWindows<float>(Square(radius), values, [&](int y, int x, const Samples& window) {
+FloatPlane MedianDeviationByDefinition(Reach reach, const BytePlane& values, const BytePlane& medians) {
+  return JudgeWindows<float>(reach, values, [&](int y, int x, const Samples& window) {
     float sum = 0.0f;
     for (const int v : window) sum += static_cast<float>(std::abs(v - medians(y, x)));
     return sum / static_cast<float>(window.size());
@@ -79,6 +87,32 @@ BytePlane RangeMedianByDefinition(Reach reach, const BytePlane& centre, const By
 BytePlane MaxByDefinition(int radius, const BytePlane& plane) {
   return JudgeWindows<unsigned char>(Square(radius), plane, [](int, int, const Samples& window) {
     return *std::max_element(window.begin(), window.end());
+  });
+}
+
+BytePlane MinByDefinition(int radius, const BytePlane& plane) {
+  return JudgeWindows<unsigned char>(Square(radius), plane, [](int, int, const Samples& window) {
+    return *std::min_element(window.begin(), window.end());
+  });
+}
+
+BytePlane BoxMeanByDefinition(int radius, const BytePlane& plane) {
+  return JudgeWindows<unsigned char>(Square(radius), plane, [](int, int, const Samples& window) {
+    float s = 0.0f;
+    for (const int v : window) s += static_cast<float>(v);
+    return static_cast<int>(s / static_cast<float>(window.size()) + 0.5f);
+  });
+}
+
+BytePlane RangeModeByDefinition(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
+  return JudgeWindows<unsigned char>(Square(radius), values, [&](int y, int x, const Samples& window) {
+    std::ptrdiff_t best = 0;
+    int mode = -1;
+    for (int v = std::max(centre(y, x) - limit, 0); v <= std::min(centre(y, x) + limit, 255); ++v) {
+      const auto frequency = std::count(window.begin(), window.end(), v);
+      if (frequency > best) best = frequency, mode = v;
+    }
+    return mode;
   });
 }
 

@@ -49,7 +49,7 @@ const std::vector<int> kLimits = {0, 4, 15, 27, 60, 127, 255, 1000};
 
 TEST(MedianFilter, EqualsItsDefinition) {
   ForPlanes({0}, [](const Case& c, const BytePlane& plane, const BytePlane&, int) {
-    EXPECT_EQ("", FirstDifference(MedianByDefinition(c.radius, plane), MedianFilter(c.radius, plane)));
+    EXPECT_EQ("", FirstDifference(MedianByDefinition(Square(c.radius), plane), MedianFilter(c.radius, plane)));
   });
 }
 
@@ -64,7 +64,7 @@ TEST(MedianFilter, TakesTheLowerMedianInCornersOnly) {
 
 TEST(MedianDeviationFilter, EqualsItsDefinitionForAnyReferencePlane) {
   ForPlanes({0, 15, 255}, [](const Case& c, const BytePlane& values, const BytePlane& medians, int) {
-    EXPECT_EQ("", FirstDifference(MedianDeviationByDefinition(c.radius, values, medians),
+    EXPECT_EQ("", FirstDifference(MedianDeviationByDefinition(Square(c.radius), values, medians),
                                   MedianDeviationFilter(c.radius, values, medians)));
   });
 }

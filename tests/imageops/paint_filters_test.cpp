@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include "imageops/box_mean_filter.h"
+#include "imageops/diamond_filters.h"
+#include "imageops/max_filter.h"
+#include "imageops/mode_filter.h"
+#include "imageops/window_definitions.h"
+#include "render/bands.h"
+#include "render/standalone_host.h"
+#include "support/planes.h"
+
+namespace quentara {
+namespace {
+
+// Calls check(radius, plane) for planes larger and smaller than the window, patchy and random.
+template <class Check>
+void ForPlanes(const Check& check) {
+  std::mt19937 rng(1);
+  for (const auto& [height, width, radius] : {std::array{1, 1, 0},
+                                              {1, 1, 3},
+                                              {1, 19, 2},
+                                              {17, 1, 4},
+                                              {2, 2, 1},
+                                              {3, 40, 2},
+                                              {6, 5, 8},
+                                              {33, 40, 0},
+                                              {33, 40, 1},
+                                              {33, 40, 2},
+                                              {24, 50, 3},
+                                              {24, 50, 4},
+                                              {33, 40, 5},
+                                              {34, 70, 11},
+                                              {61, 66, 25},
+                                              {5, 600, 14},
+                                              {8, 23, 60},
+                                              {8, 600, 127},
+                                              {270, 3, 100}})
+    for (const bool patchy : {false, true}) {
+      SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << radius << (patchy ? " patchy" : ""));
+      check(radius, patchy ? PatchyPlane(height, width, rng) : RandomPlane(height, width, rng));
+    }
+}
+
+TEST(PaintFilters, EqualTheirDefinitions) {
+  ForPlanes([](int radius, const BytePlane& plane) {
+    EXPECT_EQ("", FirstDifference(MinByDefinition(radius, plane), MinFilter(radius, plane)));
+    EXPECT_EQ("", FirstDifference(BoxMeanByDefinition(radius, plane), BoxMeanFilter(radius, plane)));
+    EXPECT_EQ("", FirstDifference(RangeModeByDefinition(radius, plane, plane, 255), ModeFilter(radius, plane)));
+    EXPECT_EQ("", FirstDifference(MedianByDefinition(Diamond(radius), plane), DiamondMedianFilter(radius, plane)));
+  });
+}
+
+TEST(PaintFilters, EqualTheirDefinitionsForAnyReferencePlane) {
+  std::mt19937 rng(2);
+  ForPlanes([&](int radius, const BytePlane& centre) {
+    for (const int limit : {0, 1, 12, 40, 255}) {
+      const BytePlane values(RandomPlaneNear(centre, limit, rng));
+      EXPECT_EQ("", FirstDifference(RangeModeByDefinition(radius, centre, values, limit),
+                                    RangeModeFilter2(radius, centre, values, limit)));
+      EXPECT_EQ("", FirstDifference(MedianDeviationByDefinition(Diamond(radius), values, centre),
+                                    DiamondDeviationFilter(radius, values, centre)));
+    }
+  });
+}
+
+TEST(PaintFilters, DoNotDependOnTheWorkers) {
+  std::mt19937 rng(3);
+  const BytePlane centre(PatchyPlane(67, 33, rng)), values(RandomPlaneNear(centre, 20, rng));
+  for (const int radius : {0, 1, 3, 8})
+    for (const int workers : {1, 2, 7}) {
+      SCOPED_TRACE(testing::Message() << "radius " << radius << " workers " << workers);
+      StandaloneHost host(workers);
+      const Plugin::HostScope scope(host);
+      const auto check = [&](auto filter) {
+        EXPECT_EQ("", FirstDifference(filter(centre, values), FilterInBands(radius, filter, centre, values)));
+      };
+      check([&](const BytePlane&, const BytePlane& b) { return MinFilter(radius, b); });
+      check([&](const BytePlane&, const BytePlane& b) { return BoxMeanFilter(radius, b); });
+      check([&](const BytePlane&, const BytePlane& b) { return ModeFilter(radius, b); });
+      check([&](const BytePlane& a, const BytePlane& b) { return RangeModeFilter2(radius, a, b, 20); });
+      check([&](const BytePlane&, const BytePlane& b) { return DiamondMedianFilter(radius, b); });
+      check([&](const BytePlane& a, const BytePlane& b) { return DiamondDeviationFilter(radius, a, b); });
+    }
+}
+
+// Ties, roundings and clipped windows worked out by hand.
+TEST(PaintFilters, TakeTheLowerModeAndRoundMeansHalfUp) {
+  BytePlane plane(3, 3);
+  plane = 9, 7, 7,  //
+      9, 2, 1,      //
+      1, 1, 200;
+  EXPECT_EQ(9, ModeFilter(1, plane)(0, 0));
+  EXPECT_EQ(7, ModeFilter(1, plane)(0, 1));  // two of 7 and of 9
+  EXPECT_EQ(1, ModeFilter(2, plane)(0, 0));
+  EXPECT_EQ(7, BoxMeanFilter(1, plane)(0, 0));  // 27 / 4
+  EXPECT_EQ(1, MinFilter(1, plane)(0, 1));
+  BytePlane centre(3, 3);
+  centre = 8;
+  EXPECT_EQ(7, RangeModeFilter2(2, centre, plane, 1)(0, 0));
+  plane = 1, 2, 2,  //
+      1, 2, 1,      //
+      1, 1, 2;
+  EXPECT_EQ(2, BoxMeanFilter(1, plane)(0, 0));                     // 6 / 4
+  EXPECT_EQ(1, DiamondMedianFilter(1, plane)(0, 0));               // a corner: rank 1 of 1 1 2
+  EXPECT_EQ(2, DiamondMedianFilter(1, plane)(0, 1));               // an edge: rank 2 of 1 2 2 2
+  EXPECT_EQ(1, DiamondMedianFilter(1, plane)(1, 0));               // rank 2 of 1 1 1 2
+  EXPECT_EQ(0.6f, DiamondDeviationFilter(1, plane, plane)(1, 1));  // three of five samples differ from the middle
+}
+
+}  // namespace
+}  // namespace quentara
