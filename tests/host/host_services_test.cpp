@@ -54,9 +54,11 @@ TEST_P(Roads, GiveAlignedMemoryToSeveralWorkers) {
   host.Free(nullptr);
   EXPECT_THROW(host.Allocate(SIZE_MAX - 20), std::bad_alloc);
   EXPECT_THROW(host.Allocate(SIZE_MAX - 3), std::bad_alloc);
+  FakeHandles::overlaps = 0;
   RunWorkers(host, 6, [&](const int*, int, int) {
     for (int i = 0; i < 200; ++i) host.Free(host.Allocate(64));
   });
+  EXPECT_EQ(0, FakeHandles::overlaps);
   EXPECT_EQ(0, FakeHandles::live);
 }
 
@@ -143,6 +145,20 @@ TEST_P(Roads, StopAtEveryCheckAndStayStopped) {
     EXPECT_THROW(other.plugin.ReportProgress(&elsewhere, 1, 2), Plugin::Interrupted);
     EXPECT_EQ(n, cancelling.asked);
   }
+}
+
+TEST(HostServices, StartNoFurtherWorkerAfterAStop) {
+  FakeHost fake(HostWorkers::Serial);
+  Nivra::EffectContext context(&fake.in, nullptr);
+  fake.cancelAt = 1;
+  int runs = 0;
+  EXPECT_THROW(RunWorkers(context.plugin, 4,
+                          [&](const int* thread, int, int) {
+                            ++runs;
+                            context.plugin.CheckStop(thread);
+                          }),
+               Plugin::Interrupted);
+  EXPECT_EQ(1, runs);
 }
 
 TEST_P(Roads, FailAtEveryCallForMemory) {

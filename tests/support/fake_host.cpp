@@ -10,6 +10,7 @@
 namespace quentara {
 
 std::atomic<int> FakeHandles::live{0};
+std::atomic<int> FakeHandles::overlaps{0};
 std::atomic<int> FakeHandles::calls{0};
 std::atomic<int> FakeHandles::failAt{0};
 
@@ -20,12 +21,25 @@ void FakeHandles::FailAt(int call) {
 
 namespace {
 
+class CallUnderWay {
+ public:
+  CallUnderWay() {
+    if (underWay_++ != 0) ++FakeHandles::overlaps;
+    std::this_thread::yield();
+  }
+  ~CallUnderWay() { --underWay_; }
+
+ private:
+  static inline std::atomic<int> underWay_{0};
+};
+
 bool FindsNoMemory() {
   return ++FakeHandles::calls == FakeHandles::failAt;
 }
 
 // The data is 8 bytes off an alignment of 16, as a host may have it.
 PF_Handle NewHandle(A_HandleSize size) {
+  const CallUnderWay call;
   if (FindsNoMemory()) return nullptr;
   char* const memory = static_cast<char*>(std::malloc(size + 8));
   ++FakeHandles::live;
@@ -37,6 +51,7 @@ void* LockHandle(PF_Handle handle) {
 }
 
 void DisposeHandle(PF_Handle handle) {
+  const CallUnderWay call;
   std::free(static_cast<char*>(*handle) - 8);
   delete handle;
   --FakeHandles::live;
