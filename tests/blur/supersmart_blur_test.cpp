@@ -13,9 +13,10 @@ namespace quentara {
 namespace {
 
 BytePlane SupersmartByDefinition(float blurring, int testRadius, int blurRadius, const BytePlane& plane) {
-  const FloatPlane deviations(MedianDeviationByDefinition(testRadius, plane, MedianByDefinition(testRadius, plane)));
+  const FloatPlane deviations(
+      MedianDeviationByDefinition(Square(testRadius), plane, MedianByDefinition(Square(testRadius), plane)));
   const float least = blitz::min(deviations), largest = std::max(1e-6f, blitz::max(deviations));
-  BytePlane result(MedianByDefinition(blurRadius, plane));
+  BytePlane result(MedianByDefinition(Square(blurRadius), plane));
   for (int y = 0; y < plane.rows(); ++y)
     for (int x = 0; x < plane.cols(); ++x) {
       const float share = (deviations(y, x) - least) / largest;
