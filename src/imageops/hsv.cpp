@@ -44,6 +44,35 @@ void FromHsvRun(const float* hue, const float* saturation, const float* value, u
   }
 }
 
+// The picture with the values that newValues(first, count, values) puts in the place of the old ones. The three floats
+// of a pixel live only in the nearest cache.
+template <class NewValues>
+ChannelSet WithValues(const ChannelSet& picture, const NewValues& newValues) {
+  assert(picture.HasMode("RGB"));
+  ChannelSet result("RGB", picture.width(), picture.height());
+  ForSampleBands(picture.planes(0), [&](std::ptrdiff_t bandFirst, std::ptrdiff_t bandCount) {
+    constexpr std::ptrdiff_t kRun = 256;
+    float hue[kRun], saturation[kRun], value[kRun];
+    for (std::ptrdiff_t first = bandFirst, end = bandFirst + bandCount; first < end; first += kRun) {
+      const std::ptrdiff_t count = std::min(kRun, end - first);
+      ToHsvRun(picture.planes(0).data() + first, picture.planes(1).data() + first, picture.planes(2).data() + first,
+               hue, saturation, value, count);
+      newValues(first, count, value);
+      FromHsvRun(hue, saturation, value, result.planes(0).data() + first, result.planes(1).data() + first,
+                 result.planes(2).data() + first, count);
+    }
+  });
+  return result;
+}
+
+template <class T>
+ChannelSet WithValuePlane(const ChannelSet& picture, const Plane<T>& value) {
+  assert(SameSize(picture.planes(0), value));
+  return WithValues(picture, [&](std::ptrdiff_t first, std::ptrdiff_t count, float* values) {
+    std::copy_n(value.data() + first, count, values);
+  });
+}
+
 }  // namespace
 
 FloatChannelSet RgbToHsv(const ChannelSet& picture) {
@@ -65,6 +94,20 @@ ChannelSet HsvToRgb(const FloatChannelSet& hue, const FloatChannelSet& saturatio
                count);
   });
   return picture;
+}
+
+ChannelSet ReplaceValue(const ChannelSet& picture, const BytePlane& value) {
+  return WithValuePlane(picture, value);
+}
+
+ChannelSet ReplaceValue(const ChannelSet& picture, const FloatPlane& value) {
+  return WithValuePlane(picture, value);
+}
+
+ChannelSet MapValue(const ChannelSet& picture, const ValueMap& map) {
+  return WithValues(picture, [&](std::ptrdiff_t, std::ptrdiff_t count, float* values) {
+    std::transform(values, values + count, values, [&](float value) { return map[static_cast<std::size_t>(value)]; });
+  });
 }
 
 }  // namespace quentara

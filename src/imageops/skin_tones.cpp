@@ -1,19 +1,17 @@
 #include "imageops/skin_tones.h"
 
 #include <algorithm>
-#include <array>
 #include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 
+#include "imageops/histogram.h"
 #include "render/bands.h"
 
 namespace quentara {
 namespace {
-
-using Histogram = std::array<std::int64_t, 256>;
 
 // Free of branches, so that a row of it runs in vector lanes. With red the largest channel, `lead` is its distance to
 // the middle one and `reach` that of the middle one to the least.
@@ -33,19 +31,14 @@ void MarkSkinRow(const unsigned char* red, const unsigned char* green, const uns
   for (int x = 0; x < width; ++x) marks[x] = IsSkin(red[x], green[x], blue[x]);
 }
 
-int RankIn(const Histogram& histogram, std::int64_t rank) {
-  int sample = 0;
-  for (std::int64_t below = histogram[0]; below <= rank; below += histogram[static_cast<std::size_t>(sample)]) ++sample;
-  return sample;
-}
-
 // The sums are exact and each mean is rounded once: a running sum of floats would stall on a large plane.
 Tones TonesOfPlane(const BytePlane& plane) {
   Histogram histogram{};
   std::for_each_n(plane.data(), plane.numElements(), [&](unsigned char sample) { ++histogram[sample]; });
   const auto mean = [&](const auto& term) {
     std::int64_t sum = 0;
-    for (int sample = 0; sample < 256; ++sample) sum += histogram[static_cast<std::size_t>(sample)] * term(sample);
+    for (int sample = 0; sample < 256; ++sample)
+      sum += std::int64_t{histogram[static_cast<std::size_t>(sample)]} * term(sample);
     return static_cast<double>(sum) / static_cast<double>(plane.numElements());
   };
   const int median = static_cast<int>(mean([](int sample) { return sample; }) + 0.5);
@@ -79,11 +72,10 @@ Tones ToneLevels(const PointList& points, const BytePlane& plane) {
   const unsigned char* const samples = plane.data();
   Histogram histogram{};
   for (const int point : points) ++histogram[samples[point]];
-  const auto count = static_cast<std::int64_t>(points.size());
-  const int median = RankIn(histogram, (count - 1) / 2);
+  const int median = LowerMedian(histogram);
   float sum = 0.0f;
   for (const int point : points) sum += static_cast<float>(std::abs(samples[point] - median));
-  return {static_cast<float>(median), sum / static_cast<float>(count)};
+  return {static_cast<float>(median), sum / static_cast<float>(points.size())};
 }
 
 }  // namespace quentara

@@ -1,0 +1,25 @@
+/// Counts of the 256 values of a byte.
+#pragma once
+
+#include <array>
+#include <cassert>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+
+namespace quentara {
+
+using Histogram = std::array<std::int32_t, 256>;
+
+/// The sample of rank (n - 1) / 2, counted from 0, of the n samples counted: of two middle ones the smaller.
+/// @param histogram  not empty.
+inline int LowerMedian(const Histogram& histogram) {
+  const std::int64_t count = std::accumulate(histogram.begin(), histogram.end(), std::int64_t{0});
+  assert(count > 0);
+  int sample = 0;
+  for (std::int64_t upTo = histogram[0]; upTo <= (count - 1) / 2; upTo += histogram[static_cast<std::size_t>(sample)])
+    ++sample;
+  return sample;
+}
+
+}  // namespace quentara

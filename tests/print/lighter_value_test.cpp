@@ -1,0 +1,38 @@
+#include "print/lighter_value.h"
+
+#include <gtest/gtest.h>
+
+#include "imageops/hsv.h"
+#include "support/planes.h"
+
+namespace quentara {
+namespace {
+
+TEST(LighterValue, EqualsItsDefinitionOnRandomPictures) {
+  std::mt19937 rng(61);
+  for (const float lighter : {0.01f, 0.4f, 1.0f}) {
+    const ChannelSet picture = RandomPicture(17, 40, rng);
+    FloatChannelSet hsv = RgbToHsv(picture);
+    for (float& v : hsv.planes(2)) {
+      const float t = 1.0f - v / 255.0f;
+      const float w = v * t + 255.0f * (1.0f - t);
+      v = w * lighter + v * (1.0f - lighter);
+    }
+    const std::vector<FloatChannelSet> planes = hsv.Split();
+    EXPECT_EQ("", FirstDifference(HsvToRgb(planes[0], planes[1], planes[2]), LighterValue(lighter, picture)));
+  }
+}
+
+TEST(LighterValue, RaisesGreyAndKeepsBlackAndWhite) {
+  ChannelSet picture("RGB", 3, 1);
+  for (int i = 0; i < 3; ++i) picture.planes(i) = 0, 128, 255;
+  const ChannelSet result = LighterValue(1.0f, picture);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(0, result.planes(i)(0, 0));
+    EXPECT_EQ(192, result.planes(i)(0, 1));  // 128 * (2 - 128 / 255) = 191.7
+    EXPECT_EQ(255, result.planes(i)(0, 2));
+  }
+}
+
+}  // namespace
+}  // namespace quentara
