@@ -29,6 +29,7 @@ struct FrameInfo {
   std::optional<std::int64_t> frameCount;  ///< of the frames that Next will give; of a video as its container states it
   Rational frameRate;                      ///< frames a second; of a video with a varying rate the average
   Rational pixelAspect;                    ///< width of a pixel to its height
+  bool hasAlpha;                           ///< whether the source has an alpha channel
 };
 
 struct VideoProperties;

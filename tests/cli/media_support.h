@@ -1,0 +1,66 @@
+/// Frames and files for the tests of the media layer.
+#pragma once
+
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "media/frame.h"
+#include "media/input.h"
+#include "media/output.h"
+
+namespace quentara::media {
+
+/// A frame of noise, opaque or with noise for alpha.
+inline Frame RandomFrame(int width, int height, bool deep, bool opaque, std::mt19937& rng) {
+  Frame frame = BlankFrame(width, height, deep);
+  for (int i = 0; i < width * height * 4; ++i) {
+    const bool full = opaque && i % 4 == 0;
+    if (deep)
+      frame.Deep(0)[i] = static_cast<std::uint16_t>(full ? kDeepWhite : rng() % (kDeepWhite + 1));
+    else
+      frame.Bytes(0)[i] = static_cast<std::uint8_t>(full ? 255 : rng() % 256);
+  }
+  return frame;
+}
+
+inline std::vector<std::uint8_t> ReadFile(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void WriteFile(const std::string& path, const std::vector<std::uint8_t>& content) {
+  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(content.data()), content.size());
+}
+
+/// What OpenInput(...), Next or the like complained about.
+template <class Error, class Call>
+std::string MessageOf(const Call& call) {
+  try {
+    call();
+  } catch (const Error& error) {
+    return error.what();
+  }
+  return "no error";
+}
+
+inline std::vector<Frame> ReadAll(Input& input) {
+  std::vector<Frame> frames;
+  while (auto frame = input.Next()) frames.push_back(std::move(*frame));
+  return frames;
+}
+
+/// Copies an input to an output, frame by frame; returns how many.
+inline int CopyMedia(const std::string& from, const std::string& to, const OutputOptions& options = {},
+                     const std::optional<FrameRange>& range = std::nullopt) {
+  const auto input = OpenInput(from, range);
+  const auto output = OpenOutput(to, *input, options);
+  int count = 0;
+  for (; auto frame = input->Next(); ++count) output->Write(*frame);
+  output->Finish();
+  return count;
+}
+
+}  // namespace quentara::media
