@@ -3,26 +3,51 @@
 #include <cassert>
 #include <cstdlib>
 
+#include "imageops/column_histograms.h"
+#include "imageops/direct_sums.h"
 #include "imageops/sliding_histogram.h"
+#include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"
+#include "render/scratch.h"
 
 namespace quentara {
+namespace {
 
-BytePlane MedianFilter(int radius, const BytePlane& plane) {
-  assert(radius >= 0);
-  BytePlane result(plane.rows(), plane.cols());
-  const WindowReach reach = SquareReach(radius);
+void MedianFromHistograms(WindowReach reach, const BytePlane& plane, BytePlane& result) {
+  const int height = plane.rows(), width = plane.cols();
+  const WindowKernels& kernels = ActiveKernels();
+  Scratch<int> ranks(static_cast<std::size_t>(width));
+  ForStripRows(reach, plane, /*coarse=*/true, [&](int y, int x, const HistogramRow& row) {
+    const bool windowChanged = y <= reach.rows || y >= height - reach.rows;
+    if (windowChanged)
+      for (int i = x; i < x + row.width; ++i) ranks[i] = MedianRank(y, i, height, width, reach);
+    kernels.histogram.rank(row, ranks.data() + x, Row(result, y) + x);
+  });
+}
+
+void MedianFromSlidingHistogram(WindowReach reach, const BytePlane& plane, BytePlane& result) {
   SlideHistogram(reach, plane, [&](int y, int x, const Histogram& histogram) {
     const int rank = MedianRank(y, x, plane.rows(), plane.cols(), reach);
     Row(result, y)[x] = static_cast<unsigned char>(ValueOfRank(histogram, rank));
   });
-  return result;
 }
 
-FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians) {
-  assert(radius >= 0 && SameSize(values, medians));
-  FloatPlane result(values.rows(), values.cols());
-  SlideHistogram(SquareReach(radius), values, [&](int y, int x, const Histogram& histogram) {
+void DeviationFromHistograms(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
+  const WindowKernels& kernels = ActiveKernels();
+  Scratch<int> sums(static_cast<std::size_t>(values.cols()));
+  ForStripRows(reach, values, /*coarse=*/false, [&](int y, int x, const HistogramRow& row) {
+    kernels.histogram.deviation(row, Row(medians, y) + x, sums.data());
+    const int rows = ClippedExtent(y, reach.rows, values.rows());
+    for (int i = 0; i < row.width; ++i) {
+      const int count = rows * ClippedExtent(x + i, reach.columns, values.cols());
+      Row(result, y)[x + i] = static_cast<float>(sums[i]) / static_cast<float>(count);
+    }
+  });
+}
+
+void DeviationFromSlidingHistogram(WindowReach reach, const BytePlane& values, const BytePlane& medians,
+                                   FloatPlane& result) {
+  SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
     const int median = Row(medians, y)[x];
     float sum = 0.0f, count = 0.0f;
     for (int v = 0; v < 256; ++v) {
@@ -31,6 +56,31 @@ FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const Byte
     }
     Row(result, y)[x] = sum / count;
   });
+}
+
+}  // namespace
+
+BytePlane MedianFilter(int radius, const BytePlane& plane) {
+  assert(radius >= 0);
+  BytePlane result(plane.rows(), plane.cols());
+  const WindowReach reach = SquareReach(radius);
+  if (FitsColumnHistograms(reach, plane.rows(), plane.cols()))
+    MedianFromHistograms(reach, plane, result);
+  else
+    MedianFromSlidingHistogram(reach, plane, result);
+  return result;
+}
+
+FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians) {
+  assert(radius >= 0 && SameSize(values, medians));
+  FloatPlane result(values.rows(), values.cols());
+  const WindowReach reach = SquareReach(radius);
+  if (PrefersDirectDistances(reach))
+    DeviationFromDirectSums(reach, values, medians, result);
+  else if (FitsColumnHistograms(reach, values.rows(), values.cols()))
+    DeviationFromHistograms(reach, values, medians, result);
+  else
+    DeviationFromSlidingHistogram(reach, values, medians, result);
   return result;
 }
 

@@ -3,17 +3,27 @@
 #include <algorithm>
 #include <cassert>
 
+#include "imageops/column_histograms.h"
+#include "imageops/direct_sums.h"
 #include "imageops/sliding_histogram.h"
+#include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"
 
 namespace quentara {
 namespace {
 
-BytePlane RangeMean(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit) {
-  assert(reach.rows >= 0 && reach.columns >= 0 && limit >= 0 && SameSize(centre, values));
-  BytePlane result(values.rows(), values.cols());
+void RangeMeanFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
+                             BytePlane& result) {
+  const WindowKernels& kernels = ActiveKernels();
+  ForStripRows(reach, values, /*coarse=*/false, [&](int y, int x, const HistogramRow& row) {
+    kernels.histogram.rangeMean(row, Row(centre, y) + x, limit, Row(result, y) + x);
+  });
+}
+
+void RangeMeanFromSlidingHistogram(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
+                                   BytePlane& result) {
   SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
-    const int c = Row(centre, y)[x], highest = c + std::min(limit, 255 - c);
+    const int c = Row(centre, y)[x], highest = std::min(c + limit, 255);
     float sum = 0.0f, count = 0.0f;
     for (int v = std::max(c - limit, 0); v <= highest; ++v) {
       sum += static_cast<float>(histogram[v] * v);
@@ -21,6 +31,18 @@ BytePlane RangeMean(WindowReach reach, const BytePlane& centre, const BytePlane&
     }
     Row(result, y)[x] = ToByte(sum / count);
   });
+}
+
+BytePlane RangeMean(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit) {
+  assert(reach.rows >= 0 && reach.columns >= 0 && limit >= 0 && SameSize(centre, values));
+  BytePlane result(values.rows(), values.cols());
+  const int range = std::min(limit, 255);
+  if (PrefersDirectMean(reach, range))
+    RangeMeanFromDirectSums(reach, centre, values, range, result);
+  else if (FitsColumnHistograms(reach, values.rows(), values.cols()))
+    RangeMeanFromHistograms(reach, centre, values, range, result);
+  else
+    RangeMeanFromSlidingHistogram(reach, centre, values, range, result);
   return result;
 }
 

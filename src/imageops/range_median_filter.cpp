@@ -4,21 +4,39 @@
 #include <cassert>
 #include <numeric>
 
+#include "imageops/column_histograms.h"
 #include "imageops/sliding_histogram.h"
+#include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"
 
 namespace quentara {
 namespace {
 
+void RangeMedianFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
+                               BytePlane& result) {
+  const WindowKernels& kernels = ActiveKernels();
+  ForStripRows(reach, values, /*coarse=*/true, [&](int y, int x, const HistogramRow& row) {
+    kernels.histogram.rangeMedian(row, Row(centre, y) + x, limit, Row(result, y) + x);
+  });
+}
+
+void RangeMedianFromSlidingHistogram(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
+                                     BytePlane& result) {
+  SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
+    const int c = Row(centre, y)[x], lowest = std::max(c - limit, 0), highest = std::min(c + limit, 255);
+    const int count = std::accumulate(&histogram[lowest], &histogram[highest] + 1, 0);
+    Row(result, y)[x] = static_cast<unsigned char>(ValueOfRank(histogram, (count - 1) / 2, lowest));
+  });
+}
+
 BytePlane RangeMedian(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit) {
   assert(reach.rows >= 0 && reach.columns >= 0 && limit >= 0 && SameSize(centre, values));
   BytePlane result(values.rows(), values.cols());
-  SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
-    const int c = Row(centre, y)[x], lowest = std::max(c - limit, 0), highest = c + std::min(limit, 255 - c);
-    const int count = std::accumulate(&histogram[lowest], &histogram[highest] + 1, 0);
-    assert(count > 0);
-    Row(result, y)[x] = static_cast<unsigned char>(ValueOfRank(histogram, (count - 1) / 2, lowest));
-  });
+  const int range = std::min(limit, 255);
+  if (FitsColumnHistograms(reach, values.rows(), values.cols()))
+    RangeMedianFromHistograms(reach, centre, values, range, result);
+  else
+    RangeMedianFromSlidingHistogram(reach, centre, values, range, result);
   return result;
 }
 

@@ -8,6 +8,7 @@
 #include "imageops/range_mean_filter.h"
 #include "imageops/range_median_filter.h"
 #include "imageops/window_definitions.h"
+#include "imageops/window_kernels_dispatch.h"
 #include "render/bands.h"
 #include "render/standalone_host.h"
 #include "support/planes.h"
@@ -106,6 +107,21 @@ TEST(MaxFilter, EqualsItsDefinition) {
   });
 }
 
+// Calls check(filter) for every filter, as a function of two planes.
+template <class Check>
+void ForFilters(int radius, int limit, const Check& check) {
+  using Planes = const BytePlane&;
+  check([=](Planes, Planes b) { return MedianFilter(radius, b); });
+  check([=](Planes a, Planes b) { return MedianDeviationFilter(radius, b, a); });
+  check([=](Planes, Planes b) { return MaxFilter(radius, b); });
+  check([=](Planes a, Planes b) { return RangeMeanFilter2(radius, a, b, limit); });
+  check([=](Planes a, Planes b) { return RangeMedianFilter2(radius, a, b, limit); });
+  for (const LineDirection direction : {LineDirection::Vertical, LineDirection::Horizontal}) {
+    check([=](Planes a, Planes b) { return RangeMeanLine2(radius, a, b, limit, direction); });
+    check([=](Planes a, Planes b) { return RangeMedianLine2(radius, a, b, limit, direction); });
+  }
+}
+
 TEST(WindowFilters, DoNotDependOnTheWorkers) {
   std::mt19937 rng(2);
   const BytePlane centre(PatchyPlane(67, 33, rng)), values(RandomPlaneNear(centre, 20, rng));
@@ -114,29 +130,23 @@ TEST(WindowFilters, DoNotDependOnTheWorkers) {
       SCOPED_TRACE(testing::Message() << "radius " << radius << " workers " << workers);
       StandaloneHost host(workers);
       const Plugin::HostScope scope(host);
-      const auto check = [&](auto filter) {
+      ForFilters(radius, 20, [&](const auto& filter) {
         EXPECT_EQ("", FirstDifference(filter(centre, values), FilterInBands(radius, filter, centre, values)));
-      };
-      check([&](const BytePlane& a, const BytePlane& b) { return RangeMeanFilter2(radius, a, b, 20); });
-      check([&](const BytePlane& a, const BytePlane& b) { return RangeMedianFilter2(radius, a, b, 20); });
-      check([&](const BytePlane& a, const BytePlane& b) {
-        return RangeMedianLine2(radius, a, b, 20, LineDirection::Vertical);
       });
-      check([&](const BytePlane&, const BytePlane& b) { return MaxFilter(radius, b); });
-      check([&](const BytePlane& a, const BytePlane& b) { return MedianDeviationFilter(radius, a, b); });
     }
 }
 
-// The rank of an edge depends on all four sides of the plane, which a band does not show: the cut must keep it away.
-TEST(WindowFilters, MedianInBandsKeepsTheRankOfItsEdges) {
-  std::mt19937 rng(3);
-  const BytePlane plane(RandomPlane(40, 9, rng));
-  StandaloneHost host(3);
-  const Plugin::HostScope scope(host);
-  for (const int radius : {1, 2, 4, 6})
-    EXPECT_EQ("", FirstDifference(MedianFilter(radius, plane),
-                                  FilterInBands(
-                                      radius, [&](const BytePlane& b) { return MedianFilter(radius, b); }, plane)));
+TEST(WindowFilters, GiveTheSameBytesOnEveryInstructionSet) {
+  ForPlanes({20, 70}, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
+    ForFilters(c.radius, limit, [&](const auto& filter) {
+      const auto expected = filter(centre, values);
+      for (const WindowKernels* kernels : RunnableKernels()) {
+        SCOPED_TRACE(kernels->name);
+        const KernelScope scope(*kernels);
+        EXPECT_EQ("", FirstDifference(expected, filter(centre, values)));
+      }
+    });
+  });
 }
 
 }  // namespace

@@ -1,0 +1,57 @@
+/// The strip engine of the histogram filters, after Perreault and Hebert, "Median filtering in constant time" (2007).
+///
+/// The plane is walked in vertical strips. Every column of a strip keeps a histogram of the rows that the window spans;
+/// a step down adds the samples of one row and takes those of another away. Rows and columns outside the plane are
+/// never added, so clipped windows need no case of their own.
+#pragma once
+
+#include <algorithm>
+
+#include "imageops/window_kernels.h"
+#include "imageops/window_reach.h"
+#include "render/plane.h"
+
+namespace quentara {
+
+/// Whether the counters can hold the windows of a plane: a column in 8 bits, a window in 15.
+bool FitsColumnHistograms(WindowReach reach, int height, int width);
+
+class ColumnHistograms {
+ public:
+  static constexpr int kStrip = 512;  ///< pixels: the counters of a strip stay in the second-level cache
+
+  /// @param coarse  whether the number of samples per segment is kept, too.
+  ColumnHistograms(WindowReach reach, const BytePlane& values, bool coarse);
+
+  /// Turns to the strip whose first pixel is column x, with the window of row 0.
+  void StartStrip(int x, int width);
+  /// Moves from the windows of row y - 1 to those of row y.
+  void StepTo(int y);
+
+  HistogramRow row() const;
+
+ private:
+  void AddRow(int y, int step);
+
+  const WindowReach reach_;
+  const BytePlane& values_;
+  const bool coarse_;
+  const int pitch_;
+  BytePlane counters_;  ///< one row for each of the 16 segments, the coarse level in the 17th
+  int width_ = 0, firstColumn_ = 0, endColumn_ = 0, firstCounter_ = 0;
+};
+
+/// Calls readOut(y, x, row) for each row of each strip: the row's first pixel is (y, x). The windows fit.
+template <class ReadOut>
+void ForStripRows(WindowReach reach, const BytePlane& values, bool coarse, const ReadOut& readOut) {
+  ColumnHistograms histograms(reach, values, coarse);
+  for (int x = 0; x < values.cols(); x += ColumnHistograms::kStrip) {
+    histograms.StartStrip(x, std::min(ColumnHistograms::kStrip, values.cols() - x));
+    for (int y = 0; y < values.rows(); ++y) {
+      if (y > 0) histograms.StepTo(y);
+      readOut(y, x, histograms.row());
+    }
+  }
+}
+
+}  // namespace quentara

@@ -1,0 +1,55 @@
+// Built once per instruction set; the build sets KERNEL_TARGET and the flags. Plain loops that the compiler vectorises.
+#include "imageops/window_kernels.h"
+
+namespace quentara::KERNEL_TARGET {
+namespace {
+
+template <int taps>
+void AddNear(const uint8_t* __restrict values, const uint8_t* __restrict highest, const uint8_t* __restrict span,
+             uint16_t* __restrict sums, uint16_t* __restrict counts, int width) {
+  for (int x = 0; x < width; ++x) {
+    uint8_t sum = 0, count = 0;
+    for (int i = 0; i < taps; ++i) {
+      // Wraps for values above the highest, so that either side of the range leaves nothing of the span.
+      const uint8_t depth = static_cast<uint8_t>(highest[x] - values[x + i]);
+      const uint8_t near = static_cast<uint8_t>((depth > span[x] ? depth : span[x]) - depth);
+      sum = static_cast<uint8_t>(sum + near);
+      count = static_cast<uint8_t>(count + (near < 1 ? near : 1));
+    }
+    sums[x] = static_cast<uint16_t>(sums[x] + sum);
+    counts[x] = static_cast<uint16_t>(counts[x] + count);
+  }
+}
+
+void MeanOfNear(const uint16_t* __restrict sums, const uint16_t* __restrict counts, const uint8_t* __restrict highest,
+                const uint8_t* __restrict span, uint8_t* __restrict out, int width) {
+  for (int x = 0; x < width; ++x) {
+    const int sum = sums[x] + (highest[x] - span[x]) * counts[x];
+    const float mean = static_cast<float>(sum) / static_cast<float>(counts[x]);
+    out[x] = static_cast<uint8_t>(static_cast<int>(mean + 0.5f));
+  }
+}
+
+template <int taps>
+void AddDistances(const uint8_t* __restrict values, const uint8_t* __restrict medians, int* __restrict sums,
+                  int width) {
+  for (int x = 0; x < width; ++x) {
+    uint16_t sum = 0;
+    for (int i = 0; i < taps; ++i) {
+      const uint8_t a = values[x + i], b = medians[x];
+      sum = static_cast<uint16_t>(sum + static_cast<uint8_t>((a > b ? a : b) - (a > b ? b : a)));
+    }
+    sums[x] += sum;
+  }
+}
+
+}  // namespace
+
+extern const DirectKernels kDirectKernels;
+const DirectKernels kDirectKernels = {
+    {nullptr, AddNear<1>, AddNear<2>, AddNear<3>, AddNear<4>, AddNear<5>, AddNear<6>, AddNear<7>, AddNear<8>},
+    MeanOfNear,
+    {nullptr, AddDistances<1>, AddDistances<2>, AddDistances<3>, AddDistances<4>, AddDistances<5>, AddDistances<6>,
+     AddDistances<7>, AddDistances<8>}};
+
+}  // namespace quentara::KERNEL_TARGET

@@ -1,0 +1,20 @@
+/// Small windows summed sample by sample, for all pixels of a row at a time: no histogram, no branch on the data.
+#pragma once
+
+#include "imageops/window_reach.h"
+#include "render/plane.h"
+
+namespace quentara {
+
+/// Whether the direct sums hold these windows and are faster than column histograms, as measured by scripts/bench.
+bool PrefersDirectMean(WindowReach reach, int limit);
+bool PrefersDirectDistances(WindowReach reach);
+
+/// result = the range mean, as range_mean_filter.h defines it.
+void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
+                             BytePlane& result);
+
+/// result = the mean distance, as median_filter.h defines it.
+void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result);
+
+}  // namespace quentara

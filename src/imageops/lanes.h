@@ -1,0 +1,146 @@
+/// Sixteen 16-bit counters at a time: one AVX2 register or a pair of SSE2 registers.
+///
+/// For sources that are built once per instruction set, inside namespace KERNEL_TARGET: nothing here is ever shared
+/// between two sets.
+#pragma once
+
+#include <immintrin.h>
+#include <stdint.h>
+
+#define LANES_INLINE_METHOD inline __attribute__((always_inline))
+#define LANES_INLINE static LANES_INLINE_METHOD
+
+namespace quentara::KERNEL_TARGET {
+
+#ifdef __AVX2__
+
+struct Lanes {
+  __m256i v;
+};
+struct WideLanes {  ///< partial sums of 32 bits
+  __m256i v;
+};
+
+LANES_INLINE Lanes NoLanes() {
+  return {_mm256_setzero_si256()};
+}
+LANES_INLINE Lanes LoadLanes(const uint16_t* p) {
+  return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
+}
+LANES_INLINE void StoreLanes(Lanes a, uint16_t* p) {
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v);
+}
+LANES_INLINE Lanes WidenBytes(const uint8_t* p) {
+  return {_mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)))};
+}
+LANES_INLINE Lanes operator+(Lanes a, Lanes b) {
+  return {_mm256_add_epi16(a.v, b.v)};
+}
+LANES_INLINE Lanes operator-(Lanes a, Lanes b) {
+  return {_mm256_sub_epi16(a.v, b.v)};
+}
+
+/// Lane i becomes the sum of lanes 0 .. i.
+LANES_INLINE Lanes RunningSums(Lanes a) {
+  __m256i s = a.v;
+  s = _mm256_add_epi16(s, _mm256_slli_si256(s, 2));
+  s = _mm256_add_epi16(s, _mm256_slli_si256(s, 4));
+  s = _mm256_add_epi16(s, _mm256_slli_si256(s, 8));
+  const __m256i lowHalf = _mm256_permute2x128_si256(s, s, 0x08);
+  return {_mm256_add_epi16(s, _mm256_shuffle_epi8(lowHalf, _mm256_set1_epi16(0x0F0E)))};
+}
+
+/// How many lanes, at most 32767 each, are not above the limit.
+LANES_INLINE int CountNotAbove(Lanes a, int limit) {
+  const __m256i above = _mm256_cmpgt_epi16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
+  return 16 - __builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above))) / 2;
+}
+
+/// Products of lanes, at most 32767 each, summed in pairs.
+LANES_INLINE WideLanes MultiplyAdd(Lanes a, Lanes b) {
+  return {_mm256_madd_epi16(a.v, b.v)};
+}
+LANES_INLINE WideLanes NoWideLanes() {
+  return {_mm256_setzero_si256()};
+}
+LANES_INLINE WideLanes operator+(WideLanes a, WideLanes b) {
+  return {_mm256_add_epi32(a.v, b.v)};
+}
+LANES_INLINE __m128i Halved(WideLanes a) {
+  return _mm_add_epi32(_mm256_castsi256_si128(a.v), _mm256_extracti128_si256(a.v, 1));
+}
+
+#else
+
+struct Lanes {
+  __m128i low, high;
+};
+struct WideLanes {  ///< partial sums of 32 bits
+  __m128i low, high;
+};
+
+LANES_INLINE Lanes NoLanes() {
+  return {_mm_setzero_si128(), _mm_setzero_si128()};
+}
+LANES_INLINE Lanes LoadLanes(const uint16_t* p) {
+  const __m128i* const v = reinterpret_cast<const __m128i*>(p);
+  return {_mm_loadu_si128(v), _mm_loadu_si128(v + 1)};
+}
+LANES_INLINE void StoreLanes(Lanes a, uint16_t* p) {
+  __m128i* const v = reinterpret_cast<__m128i*>(p);
+  _mm_storeu_si128(v, a.low), _mm_storeu_si128(v + 1, a.high);
+}
+LANES_INLINE Lanes WidenBytes(const uint8_t* p) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)), zero = _mm_setzero_si128();
+  return {_mm_unpacklo_epi8(bytes, zero), _mm_unpackhi_epi8(bytes, zero)};
+}
+LANES_INLINE Lanes operator+(Lanes a, Lanes b) {
+  return {_mm_add_epi16(a.low, b.low), _mm_add_epi16(a.high, b.high)};
+}
+LANES_INLINE Lanes operator-(Lanes a, Lanes b) {
+  return {_mm_sub_epi16(a.low, b.low), _mm_sub_epi16(a.high, b.high)};
+}
+
+/// Lane i becomes the sum of lanes 0 .. i.
+LANES_INLINE Lanes RunningSums(Lanes a) {
+  const auto half = [](__m128i s) {
+    s = _mm_add_epi16(s, _mm_slli_si128(s, 2));
+    s = _mm_add_epi16(s, _mm_slli_si128(s, 4));
+    return _mm_add_epi16(s, _mm_slli_si128(s, 8));
+  };
+  const __m128i low = half(a.low);
+  const __m128i carry = _mm_set1_epi16(static_cast<short>(_mm_extract_epi16(low, 7)));
+  return {low, _mm_add_epi16(half(a.high), carry)};
+}
+
+/// How many lanes, at most 32767 each, are not above the limit.
+LANES_INLINE int CountNotAbove(Lanes a, int limit) {
+  const __m128i limits = _mm_set1_epi16(static_cast<short>(limit));
+  const __m128i above = _mm_packs_epi16(_mm_cmpgt_epi16(a.low, limits), _mm_cmpgt_epi16(a.high, limits));
+  return 16 - __builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(above)));
+}
+
+/// Products of lanes, at most 32767 each, summed in pairs.
+LANES_INLINE WideLanes MultiplyAdd(Lanes a, Lanes b) {
+  return {_mm_madd_epi16(a.low, b.low), _mm_madd_epi16(a.high, b.high)};
+}
+LANES_INLINE WideLanes NoWideLanes() {
+  return {_mm_setzero_si128(), _mm_setzero_si128()};
+}
+LANES_INLINE WideLanes operator+(WideLanes a, WideLanes b) {
+  return {_mm_add_epi32(a.low, b.low), _mm_add_epi32(a.high, b.high)};
+}
+LANES_INLINE __m128i Halved(WideLanes a) {
+  return _mm_add_epi32(a.low, a.high);
+}
+
+#endif
+
+LANES_INLINE int Total(WideLanes a) {
+  __m128i s = Halved(a);
+  s = _mm_add_epi32(s, _mm_shuffle_epi32(s, _MM_SHUFFLE(1, 0, 3, 2)));
+  s = _mm_add_epi32(s, _mm_shuffle_epi32(s, _MM_SHUFFLE(2, 3, 0, 1)));
+  return _mm_cvtsi128_si32(s);
+}
+
+}  // namespace quentara::KERNEL_TARGET

@@ -1,0 +1,46 @@
+#include "imageops/window_kernels_dispatch.h"
+
+namespace quentara {
+
+namespace baseline {
+extern const HistogramKernels kHistogramKernels;
+extern const DirectKernels kDirectKernels;
+}  // namespace baseline
+
+namespace avx2 {
+extern const HistogramKernels kHistogramKernels;
+extern const DirectKernels kDirectKernels;
+}  // namespace avx2
+
+namespace {
+
+thread_local const WindowKernels* chosen = nullptr;
+
+}  // namespace
+
+const std::vector<const WindowKernels*>& RunnableKernels() {
+  static const WindowKernels plain = {"baseline", baseline::kHistogramKernels, baseline::kDirectKernels};
+  static const WindowKernels wide = {"avx2", avx2::kHistogramKernels, avx2::kDirectKernels};
+  static const std::vector<const WindowKernels*> runnable = [] {
+    std::vector<const WindowKernels*> sets = {&plain};
+    __builtin_cpu_init();
+    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt"))
+      sets.push_back(&wide);
+    return sets;
+  }();
+  return runnable;
+}
+
+const WindowKernels& ActiveKernels() {
+  return chosen != nullptr ? *chosen : *RunnableKernels().back();
+}
+
+KernelScope::KernelScope(const WindowKernels& kernels) : former_(chosen) {
+  chosen = &kernels;
+}
+
+KernelScope::~KernelScope() {
+  chosen = former_;
+}
+
+}  // namespace quentara

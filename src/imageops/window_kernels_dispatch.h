@@ -1,0 +1,28 @@
+/// Which build of the window kernels runs: the best one for this processor, chosen once.
+#pragma once
+
+#include <vector>
+
+#include "imageops/window_kernels.h"
+
+namespace quentara {
+
+/// Every build that this processor can run, the best one last.
+const std::vector<const WindowKernels*>& RunnableKernels();
+
+/// The build in use on the calling thread.
+const WindowKernels& ActiveKernels();
+
+/// Puts another build in use on the calling thread for the life of the scope: to compare and to measure.
+class KernelScope {
+ public:
+  explicit KernelScope(const WindowKernels& kernels);
+  ~KernelScope();
+  KernelScope(const KernelScope&) = delete;
+  KernelScope& operator=(const KernelScope&) = delete;
+
+ private:
+  const WindowKernels* const former_;
+};
+
+}  // namespace quentara
