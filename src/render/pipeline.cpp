@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "blur/blur_image.h"
+#include "paint/flat_shaded.h"
 #include "render/stage_availability.h"
 #include "render/stage_predicates.h"
 
@@ -48,8 +50,10 @@ class FrameRender {
 
   FrameBuffers Run() {
     Report(1);
+    BlurSource();
     Report(2);
     Report(3);
+    Paint();
     Report(4);
     Report(5);
     Report(6);
@@ -60,7 +64,18 @@ class FrameRender {
   }
 
  private:
-  [[maybe_unused]] const RenderSettings& settings_;
+  void BlurSource() {
+    if (settings_.mainBlur == nullptr) return;
+    const bool inColor = (Detail(settings_) && !Tinted(settings_)) || Lit(settings_);
+    work_ = BlurImage(*settings_.mainBlur, inColor ? ChannelMode : LumaMode, source_);
+  }
+
+  void Paint() {
+    if (Tinted(settings_)) return;
+    if (settings_.flatShaded != nullptr) work_ = FlatShaded(*settings_.flatShaded, work_);
+  }
+
+  const RenderSettings& settings_;
   const ChannelSet source_;
   ChannelSet work_;
 };

@@ -15,8 +15,6 @@ void Refuse(bool wanted, const char* stage) {
 }  // namespace
 
 void RequireBuiltStages(const RenderSettings& settings) {
-  Refuse(settings.mainBlur != nullptr, "Main Blur");
-  Refuse(settings.flatShaded != nullptr, "Flat Shaded");
   Refuse(settings.flatDetailed != nullptr && FlatDetailedRuns(settings), "Flat Detailed");
   Refuse(settings.airbrush != nullptr, "Airbrush");
   Refuse(settings.bristle != nullptr, "Bristle");

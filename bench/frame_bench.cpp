@@ -1,0 +1,78 @@
+// Whole frames through the pipeline: the effect's defaults, stage by stage.
+#include <benchmark/benchmark.h>
+
+#include <functional>
+#include <string>
+
+#include "bench_planes.h"
+#include "render/pipeline.h"
+#include "render/standalone_host.h"
+
+namespace quentara {
+namespace {
+
+/// Three natural channels that go together, as in a photograph, without being equal.
+ChannelSet NaturalPicture(int height, int width) {
+  const BytePlane red(NaturalPlane(height, width));
+  BytePlane green(height, width), blue(height, width);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x) {
+      const int here = red(y, x), mirrored = red(y, width - 1 - x);
+      green(y, x) = static_cast<unsigned char>((3 * here + mirrored) / 4);
+      blue(y, x) = static_cast<unsigned char>((here + mirrored) / 2);
+    }
+  return ChannelSet("RGB", static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), red, &green, &blue);
+}
+
+constexpr BlurSettings kMainBlur = {BlurType::Box, 3, 15, kHigh, 0.25f, 5, 10};
+constexpr FlatShadedSettings kFlatShaded = {10, 20, 1.0f, kHigh};
+
+struct FrameCase {
+  const char* name;
+  std::function<void(RenderSettings&)> choose;
+};
+
+void PaintFlatShaded(RenderSettings& settings) {
+  settings.mainBlur = &kMainBlur;
+  settings.useMainBlur = true;
+  settings.style = Style::FlatShaded;
+  settings.flatShaded = &kFlatShaded;
+}
+
+const FrameCase kFrames[] = {
+    {"main_blur", [](RenderSettings& settings) { settings.mainBlur = &kMainBlur; }},
+    {"flat_shaded", PaintFlatShaded},
+};
+
+void RenderFrame(benchmark::State& state, const FrameCase& frame, int height, int width, int threads) {
+  ChannelSet picture = NaturalPicture(height, width);
+  RenderSettings settings;
+  settings.frame = {picture.planes(0).data(), picture.planes(1).data(), picture.planes(2).data(), picture.height(),
+                    picture.width()};
+  frame.choose(settings);
+  StandaloneHost host(threads);
+  for (auto _ : state) {
+    const FrameBuffers result = RenderPipeline::Render(settings, host);
+    for (unsigned char* buffer : {result.red, result.green, result.blue}) host.Free(buffer);
+  }
+  const double frames = static_cast<double>(state.iterations());
+  state.counters["frames_per_s"] = benchmark::Counter(frames, benchmark::Counter::kIsRate);
+  state.counters["ns_per_pixel"] = benchmark::Counter(frames * picture.pixelCount() / 1e9,
+                                                      benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+const bool kRegistered = [] {
+  for (const FrameCase& frame : kFrames)
+    for (const auto& [height, width] : {std::pair{360, 640}, {1080, 1920}})
+      for (const int threads : {1, 2}) {
+        const std::string name = std::string("frame/") + frame.name + "/" + std::to_string(width) + "x" +
+                                 std::to_string(height) + "/" + std::to_string(threads);
+        benchmark::RegisterBenchmark(name.c_str(), RenderFrame, frame, height, width, threads)
+            ->UseRealTime()
+            ->Unit(benchmark::kMillisecond);
+      }
+  return true;
+}();
+
+}  // namespace
+}  // namespace quentara
