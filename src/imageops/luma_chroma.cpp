@@ -53,14 +53,13 @@ FloatChannelSet RgbToLumaChroma(const ChannelSet& picture) {
   return box;
 }
 
-ChannelSet LumaChromaToRgb(const FloatChannelSet& luma, const FloatChannelSet& blueDifference,
-                           const FloatChannelSet& redDifference) {
-  assert(SameSize(luma.planes(0), blueDifference.planes(0)) && SameSize(luma.planes(0), redDifference.planes(0)));
-  ChannelSet picture("RGB", luma.width(), luma.height());
-  ForSampleBands(luma.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    FromLumaChromaRun(luma.planes(0).data() + first, blueDifference.planes(0).data() + first,
-                      redDifference.planes(0).data() + first, picture.planes(0).data() + first,
-                      picture.planes(1).data() + first, picture.planes(2).data() + first, count);
+ChannelSet LumaChromaToRgb(const FloatPlane& luma, const FloatPlane& blueDifference, const FloatPlane& redDifference) {
+  assert(SameSize(luma, blueDifference) && SameSize(luma, redDifference));
+  ChannelSet picture("RGB", static_cast<std::uint32_t>(luma.cols()), static_cast<std::uint32_t>(luma.rows()));
+  ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    FromLumaChromaRun(luma.data() + first, blueDifference.data() + first, redDifference.data() + first,
+                      picture.planes(0).data() + first, picture.planes(1).data() + first,
+                      picture.planes(2).data() + first, count);
   });
   return picture;
 }

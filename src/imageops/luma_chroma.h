@@ -12,9 +12,8 @@ FloatChannelSet RgbToLumaChroma(const ChannelSet& picture);
 
 /// The way back: channels limited to 0..255 and rounded half up.
 /// @param luma  0..255, without the 0.5 that `RgbToLumaChroma` adds.
-/// @param blueDifference, redDifference  -0.5..0.5. Of each set, all of one size, plane 0 is read.
+/// @param blueDifference, redDifference  -0.5..0.5, planes of the size of `luma`.
 /// @return an "RGB" picture.
-ChannelSet LumaChromaToRgb(const FloatChannelSet& luma, const FloatChannelSet& blueDifference,
-                           const FloatChannelSet& redDifference);
+ChannelSet LumaChromaToRgb(const FloatPlane& luma, const FloatPlane& blueDifference, const FloatPlane& redDifference);
 
 }  // namespace quentara

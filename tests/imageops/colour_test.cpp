@@ -137,13 +137,13 @@ TEST(LumaChroma, KeepsTheRoundingInTheLumaAndComesBack) {
     StandaloneHost host(workers);
     const Plugin::HostScope scope(host);
     const ChannelSet picture = RandomPicture(31, 50, rng);
-    auto parts = RgbToLumaChroma(picture).Split();
-    parts[0].planes(0) -= 0.5f;
-    EXPECT_EQ("", FirstDifference(picture, LumaChromaToRgb(parts[0], parts[1], parts[2])));
-    parts[0].planes(0) = 300.0f;  // beyond white with any chroma that a picture has
-    parts[1].planes(0) = 0.0f;
-    parts[2].planes(0) = -0.5f;
-    EXPECT_EQ((Pixel{99, 255, 255}), PixelAt(LumaChromaToRgb(parts[0], parts[1], parts[2]), 0, 0));
+    FloatChannelSet box = RgbToLumaChroma(picture);
+    box.planes(0) -= 0.5f;
+    EXPECT_EQ("", FirstDifference(picture, LumaChromaToRgb(box.planes(0), box.planes(1), box.planes(2))));
+    box.planes(0) = 300.0f;  // beyond white with any chroma that a picture has
+    box.planes(1) = 0.0f;
+    box.planes(2) = -0.5f;
+    EXPECT_EQ((Pixel{99, 255, 255}), PixelAt(LumaChromaToRgb(box.planes(0), box.planes(1), box.planes(2)), 0, 0));
   }
 }
 

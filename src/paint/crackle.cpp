@@ -1,0 +1,41 @@
+#include "paint/crackle.h"
+
+#include <cassert>
+
+#include "imageops/luma.h"
+#include "imageops/mode_filter.h"
+#include "paint/luma_strength.h"
+#include "render/bands.h"
+
+namespace quentara {
+namespace {
+
+BytePlane GatherCells(int firstRadius, int firstLimit, int passes, const BytePlane& luma) {
+  assert(firstRadius >= 0 && firstLimit >= 0 && passes >= 0);
+  BytePlane cells(luma.copy());
+  for (int pass = 0; pass < passes; ++pass) {
+    const int radius = firstRadius + pass, limit = firstLimit + pass;
+    cells.reference(FilterInBands(
+        radius,
+        [&](const BytePlane& centre, const BytePlane& values) {
+          return RangeModeFilter2(radius, centre, values, limit);
+        },
+        luma, cells));
+    Plugin::CheckStop();
+  }
+  return cells;
+}
+
+}  // namespace
+
+BytePlane CracklePlane(int firstRadius, int firstLimit, int passes, const ChannelSet& picture) {
+  return GatherCells(firstRadius, firstLimit, passes, LumaPlane709(picture));
+}
+
+ChannelSet CrackleStyle(int firstRadius, int firstLimit, int passes, float strength, const ChannelSet& picture) {
+  const BytePlane luma(LumaPlane709(picture));
+  const BytePlane cells(GatherCells(firstRadius, firstLimit, passes, luma));
+  return ReplaceLuma(picture, luma, AtStrength(strength, luma, cells));
+}
+
+}  // namespace quentara
