@@ -93,67 +93,108 @@ TEST_P(Depths, RefuseAStageThatIsNotThere) {
   EXPECT_EQ(0, FakeHandles::live);
 }
 
+/// A choice of settings for a small frame.
+struct Setting {
+  const char* name;
+  int height;
+  void (*choose)(FakeHost& host);
+};
+
+void ChooseNoStage(FakeHost& host) {
+  host.SetNoStage();
+}
+
+// Tall enough for three bands in every pass.
+void ChoosePainting(FakeHost& host) {
+  host.Param(26).u.bd.value = 0;
+  host.Param(2).u.sd.value = 1;
+  host.Param(7).u.sd.value = 1;
+}
+
+constexpr Setting kSettings[] = {{"no stage", kHeight, ChooseNoStage}, {"painting", 52, ChoosePainting}};
+
 /// Renders again and again, with disturb(host, n) making the n-th call of some kind go wrong, until a render no longer
 /// gets that far. Every one of them has to end with `error`, an untouched output and nothing left allocated.
-void ExpectCleanFailures(const std::function<void(FakeHost&)>& choose, PF_Err error,
+void ExpectCleanFailures(const Setting& setting, HostWorkers workers, PF_Err error,
                          const std::function<void(FakeHost&, int)>& disturb) {
-  for (const HostWorkers workers : kAllHostWorkers) {
-    std::mt19937 rng(2);
-    const FakeWorld input(kHeight, kWidth, false, 1, rng), before(kHeight, kWidth, false, 2, rng);
-    PF_Err result = error;
-    for (int n = 1; result != PF_Err_NONE; ++n) {
-      SCOPED_TRACE(testing::Message() << "call " << n << ", workers " << static_cast<int>(workers));
-      FakeWorld output = before;
-      FakeHost host(workers);
-      ASSERT_EQ(PF_Err_NONE, host.DefineParams());
-      choose(host);
-      disturb(host, n);
-      result = host.Render(input, output);
-      FakeHandles::FailAt(0);
-      EXPECT_EQ(0, FakeHandles::live);
-      EXPECT_EQ(0, host.foreignCalls);
-      if (result == PF_Err_NONE) {
-        EXPECT_GT(n, 20) << "nothing was disturbed";
-        break;
-      }
+  std::mt19937 rng(2);
+  const FakeWorld input(setting.height, kWidth, false, 1, rng), before(setting.height, kWidth, false, 2, rng);
+  PF_Err result = error;
+  for (int n = 1; result != PF_Err_NONE; ++n) {
+    SCOPED_TRACE(testing::Message() << setting.name << ", call " << n << ", workers " << static_cast<int>(workers));
+    FakeWorld output = before;
+    FakeHost host(workers);
+    ASSERT_EQ(PF_Err_NONE, host.DefineParams());
+    setting.choose(host);
+    disturb(host, n);
+    result = host.Render(input, output);
+    FakeHandles::FailAt(0);
+    EXPECT_EQ(0, FakeHandles::live);
+    EXPECT_EQ(0, host.foreignCalls);
+    if (result == PF_Err_NONE) {
+      EXPECT_GT(n, 20) << "nothing was disturbed";
+    } else {
       ASSERT_EQ(error, result) << host.out.return_msg;
       EXPECT_EQ(before.memory, output.memory);
     }
   }
 }
 
-void ChooseNoStage(FakeHost& host) {
-  host.SetNoStage();
+void ExpectCleanFailures(PF_Err error, const std::function<void(FakeHost&, int)>& disturb) {
+  for (const Setting& setting : kSettings)
+    for (const HostWorkers workers : kAllHostWorkers) ExpectCleanFailures(setting, workers, error, disturb);
 }
 
 TEST(RenderCommand, EndsCleanlyAtEveryCancel) {
   for (const PF_Err answer : {PF_Interrupt_CANCEL, PF_Err_INVALID_CALLBACK})
-    ExpectCleanFailures(ChooseNoStage, answer, [=](FakeHost& host, int n) {
+    ExpectCleanFailures(answer, [=](FakeHost& host, int n) {
       host.cancelAt = n;
       host.cancel = answer;
     });
 }
 
 TEST(RenderCommand, EndsCleanlyAtEveryFailureOfMemory) {
-  ExpectCleanFailures(ChooseNoStage, PF_Err_OUT_OF_MEMORY, [](FakeHost&, int n) { FakeHandles::FailAt(n); });
+  ExpectCleanFailures(PF_Err_OUT_OF_MEMORY, [](FakeHost&, int n) { FakeHandles::FailAt(n); });
 }
 
-TEST(RenderCommand, RunsSeveralTimesAtOnce) {
-  const auto render = [](unsigned seed, HostWorkers workers) {
-    std::mt19937 rng(seed);
-    for (int i = 0; i < 20; ++i) {
-      FakeHost host(workers);
-      ASSERT_EQ(PF_Err_NONE, host.DefineParams());
-      host.SetNoStage();
-      const FakeWorld input(kHeight, kWidth, false, 0, rng);
-      FakeWorld output(kHeight, kWidth, false, 0, rng);
-      ASSERT_EQ(PF_Err_NONE, host.Render(input, output));
-      ASSERT_EQ(input.memory, output.memory);
-    }
+FakeWorld Painted(HostWorkers workers, const FakeWorld& input) {
+  std::mt19937 rng(3);
+  FakeHost host(workers);
+  EXPECT_EQ(PF_Err_NONE, host.DefineParams());
+  ChoosePainting(host);
+  FakeWorld output(input.layout.height, kWidth, false, 0, rng);
+  EXPECT_EQ(PF_Err_NONE, host.Render(input, output)) << host.out.return_msg;
+  return output;
+}
+
+TEST(RenderCommand, PaintsTheSameOnEveryRoadAndSeveralTimesAtOnce) {
+  std::mt19937 rng(4);
+  const FakeWorld input(52, kWidth, false, 0, rng);
+  const FakeWorld expected = Painted(HostWorkers::Serial, input);
+  EXPECT_NE(input.memory, expected.memory);
+  const auto renderOften = [&](HostWorkers workers) {
+    for (int i = 0; i < 10; ++i) ASSERT_EQ(expected.memory, Painted(workers, input).memory);
   };
-  std::thread other(render, 3, HostWorkers::Threads);
-  render(4, HostWorkers::None);
+  std::thread other(renderOften, HostWorkers::Threads);
+  renderOften(HostWorkers::None);
   other.join();
+  EXPECT_EQ(0, FakeHandles::live);
+}
+
+TEST(RenderCommand, TellsThatAThreadFailed) {
+  std::mt19937 rng(5);
+  const FakeWorld input(52, kWidth, false, 0, rng);
+  FakeWorld output = input;
+  FakeHost host;
+  ASSERT_EQ(PF_Err_NONE, host.DefineParams());
+  ChoosePainting(host);
+  host.utils.iterate_generic = [](A_long iterations, void* refcon, PF_Err (*run)(void*, A_long, A_long, A_long)) {
+    return iterations == PF_Iterations_ONCE_PER_PROCESSOR ? run(refcon, 0, 0, 3) : PF_Err_INVALID_CALLBACK;
+  };
+  EXPECT_EQ(PF_Err_INTERNAL_STRUCT_DAMAGED, host.Render(input, output));
+  EXPECT_STREQ("AEHost::thread: An unknown error occurred in a thread.", host.out.return_msg);
+  EXPECT_EQ(PF_OutFlag_DISPLAY_ERROR_MESSAGE, host.out.out_flags);
+  EXPECT_EQ(input.memory, output.memory);
   EXPECT_EQ(0, FakeHandles::live);
 }
 
