@@ -1,0 +1,14 @@
+/// The commands of the program. Each adds itself to the command line; its action throws what ends it early.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace quentara::cli {
+
+/// `render`: footage in, rendered footage out.
+void AddRenderCommand(CLI::App& program);
+
+/// `params`: the effect's parameters and their values.
+void AddParamsCommand(CLI::App& program);
+
+}  // namespace quentara::cli

@@ -1,0 +1,63 @@
+#include "commands/options.h"
+
+#include <optional>
+#include <utility>
+
+#include "errors.h"
+#include "parameters/text.h"
+
+namespace quentara::cli {
+namespace {
+
+std::optional<std::pair<int, int>> SplitIntegers(const std::string& text, char separator) {
+  const std::size_t at = text.find(separator);
+  if (at == std::string::npos) return std::nullopt;
+  const std::optional<int> first = ToInteger(text.substr(0, at));
+  const std::optional<int> second = ToInteger(text.substr(at + 1));
+  if (!first || !second) return std::nullopt;
+  return std::pair(*first, *second);
+}
+
+}  // namespace
+
+void EffectOptions::AddTo(CLI::App& command) {
+  command
+      .add_option(
+          "--set", assignments,
+          "Set a parameter: \"Flat Shaded/Flatness=14\", or by its\nnumber 7=14; \"quentara params\" lists them. "
+          "May be repeated")
+      ->type_name("\"GROUP/NAME=VALUE\"")
+      ->allow_extra_args(false);
+  command.add_option("--effect", effectPath, "The effect's library [beside this program]")->type_name("FILE");
+  command
+      .add_option("--host-version", hostVersion,
+                  "Stand in for a host of this interface version [13.27];\nbelow 12.12 there are no groups")
+      ->type_name("MAJOR.MINOR");
+}
+
+std::unique_ptr<Effect> EffectOptions::LoadEffect() const {
+  HostIdentity identity;
+  if (!hostVersion.empty()) {
+    const auto version = SplitIntegers(hostVersion, '.');
+    const auto inRange = [](int number) { return number >= 0 && number <= 999; };
+    if (!version || !inRange(version->first) || !inRange(version->second))
+      throw UsageError("--host-version takes a version such as 12.11, not \"" + hostVersion + "\"");
+    identity.version = {static_cast<A_short>(version->first), static_cast<A_short>(version->second)};
+  }
+  return std::make_unique<Effect>(effectPath.empty() ? DefaultEffectPath() : effectPath, identity);
+}
+
+ParameterValues EffectOptions::Values(const ParameterTable& table) const {
+  ParameterValues values = table.Defaults();
+  for (const std::string& assignment : assignments) table.Assign(assignment, values);
+  return values;
+}
+
+Downsampling ParseDownsampling(const std::string& option, const std::string& text) {
+  const auto fraction = SplitIntegers(text, '/');
+  if (!fraction || fraction->first < 1 || fraction->second < fraction->first || fraction->second > 1000)
+    throw UsageError(option + " takes a fraction of the full size such as 1/2, not \"" + text + "\"");
+  return {fraction->first, fraction->second};
+}
+
+}  // namespace quentara::cli

@@ -1,0 +1,31 @@
+/// Options that several commands share, and what they make.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/effect.h"
+
+namespace quentara::cli {
+
+/// Which effect, on which host, with which parameters.
+struct EffectOptions {
+  std::string effectPath;
+  std::string hostVersion;
+  std::vector<std::string> assignments;
+
+  void AddTo(CLI::App& command);
+
+  /// Loads the effect. @throws UsageError, EffectError
+  std::unique_ptr<Effect> LoadEffect() const;
+
+  /// The effect's defaults with all --set carried out in turn. @throws UsageError
+  ParameterValues Values(const ParameterTable& table) const;
+};
+
+/// "N/D" with 0 < N <= D <= 1000. @throws UsageError that names the option.
+Downsampling ParseDownsampling(const std::string& option, const std::string& text);
+
+}  // namespace quentara::cli

@@ -1,0 +1,108 @@
+#include <algorithm>
+#include <optional>
+#include <thread>
+
+#include "commands/commands.h"
+#include "commands/options.h"
+#include "errors.h"
+#include "interruption.h"
+#include "media/input.h"
+#include "media/output.h"
+#include "progress.h"
+#include "scaling.h"
+
+namespace quentara::cli {
+namespace {
+
+struct RenderOptions {
+  EffectOptions effect;
+  std::string input;
+  std::string output;
+  std::string frames;
+  std::string downsample;
+  std::string preview;
+  int threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 256u));
+  bool overwrite = false;
+  bool quiet = false;
+};
+
+std::optional<media::FrameRange> Range(const std::string& frames) {
+  if (frames.empty()) return std::nullopt;
+  try {
+    return media::ParseFrameRange(frames);
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(error.what());
+  }
+}
+
+FrameTime TimeOf(const media::FrameInfo& info, std::int64_t index) {
+  return {index, info.frameCount.value_or(index + 1), info.frameRate.numerator, info.frameRate.denominator};
+}
+
+Watch WatchWith(ProgressReport& progress) {
+  return {[] { return InterruptingSignal() != 0; }, [&](int done, int total) { progress.Within(done, total); },
+          [&](const std::string& text) { progress.Note(text); }};
+}
+
+void RenderFrames(const RenderOptions& options, Effect& effect, const ParameterValues& values, media::Input& input,
+                  media::Output& output) {
+  const Downsampling downsampling = !options.preview.empty() ? ParseDownsampling("--preview", options.preview)
+                                    : !options.downsample.empty()
+                                        ? ParseDownsampling("--downsample", options.downsample)
+                                        : Downsampling{};
+  const media::FrameInfo info = input.Info();
+  ProgressReport progress(info.frameCount, options.quiet);
+  for (const std::string& warning : input.Warnings()) progress.Note(warning);
+  EffectInstance instance(effect, options.threads, WatchWith(progress), downsampling);
+  while (std::optional<media::Frame> frame = input.Next()) {
+    if (InterruptingSignal() != 0) throw Cancelled();
+    if (!options.preview.empty()) *frame = Reduced(*frame, downsampling);
+    output.Write(instance.Render(*frame, TimeOf(info, progress.FramesDone()), values));
+    progress.FrameDone();
+  }
+  if (InterruptingSignal() != 0) throw Cancelled();
+  output.Finish();
+  progress.Finish(options.output);
+}
+
+void Run(const RenderOptions& options) {
+  const std::optional<media::FrameRange> range = Range(options.frames);
+  if (!options.preview.empty()) ParseDownsampling("--preview", options.preview);
+  if (!options.downsample.empty()) ParseDownsampling("--downsample", options.downsample);
+  const std::unique_ptr<Effect> effect = options.effect.LoadEffect();
+  const ParameterValues values = options.effect.Values(effect->Parameters());
+  const std::unique_ptr<media::Input> input = media::OpenInput(options.input, range);
+  media::OutputOptions outputOptions;
+  outputOptions.overwrite = options.overwrite;
+  const std::unique_ptr<media::Output> output = media::OpenOutput(options.output, *input, outputOptions);
+  RenderFrames(options, *effect, values, *input, *output);
+}
+
+}  // namespace
+
+void AddRenderCommand(CLI::App& program) {
+  CLI::App* command = program.add_subcommand("render", "Render a picture, a numbered sequence or a video");
+  const auto options = std::make_shared<RenderOptions>();
+  const auto add = [&](const char* names, std::string& text, const char* description, const char* type) {
+    return command->add_option(names, text, description)->type_name(type);
+  };
+  add("input", options->input,
+      "A picture (PNG, JPEG, TIFF, PPM), a sequence of them\n(frame.%04d.png, frame.####.png) or a video", "INPUT")
+      ->required();
+  add("-o,--output", options->output, "Where to; the extension says what is written", "OUTPUT")->required();
+  command->add_flag("-y,--overwrite", options->overwrite, "Replace an output that exists");
+  options->effect.AddTo(*command);
+  add("--frames", options->frames, "Only these frames: 1-100, 1-100x2 (every second)\nor 1,5,20-30", "RANGE");
+  command->add_option("--threads", options->threads, "Workers for one frame [all processors]")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256));
+  CLI::Option* preview =
+      add("--preview", options->preview, "Reduce the frames to this fraction, such as 1/2;\nradii follow", "N/D");
+  add("--downsample", options->downsample, "The input is already reduced to this fraction;\nradii follow", "N/D")
+      ->excludes(preview);
+  command->add_flag("-q,--quiet", options->quiet, "Show no progress");
+  command->footer("Example: quentara render clip.mp4 -o painted.mp4 --set \"Flat Shaded/Flatness=14\"");
+  command->callback([options] { Run(*options); });
+}
+
+}  // namespace quentara::cli

@@ -1,0 +1,12 @@
+/// Ctrl-C and SIGTERM: the first asks a command to stop cleanly, the second ends it at once.
+#pragma once
+
+namespace quentara::cli {
+
+/// Starts to watch for SIGINT and SIGTERM.
+void WatchForInterruption();
+
+/// The signal that came, 0 before one has.
+int InterruptingSignal();
+
+}  // namespace quentara::cli

@@ -1,0 +1,12 @@
+/// Reduced frames for previews.
+#pragma once
+
+#include "host/effect.h"
+#include "media/frame.h"
+
+namespace quentara::cli {
+
+/// The frame at the fraction of its size, rounded up: each pixel is the mean of the area it covers, weighted by alpha.
+media::Frame Reduced(const media::Frame& frame, const Downsampling& downsampling);
+
+}  // namespace quentara::cli
