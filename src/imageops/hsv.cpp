@@ -26,6 +26,14 @@ void ToHsvRun(const unsigned char* red, const unsigned char* green, const unsign
   }
 }
 
+// All ones where `holds`: choices between whole numbers by masks run in vector lanes, nested ones between floats do
+// not.
+int Mask(bool holds) {
+  return -static_cast<int>(holds);
+}
+
+// In each sextant one channel is the largest, one the least, and the middle one rises (even sextants) or falls (odd).
+// Without saturation all three are the value itself, as the factor of the saturation is then 1.
 void FromHsvRun(const float* hue, const float* saturation, const float* value, unsigned char* __restrict red,
                 unsigned char* __restrict green, unsigned char* __restrict blue, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
@@ -33,14 +41,17 @@ void FromHsvRun(const float* hue, const float* saturation, const float* value, u
     const float sixths = (hue[i] == 360.0f ? 0.0f : hue[i]) / 60.0f;
     const int sextant = static_cast<int>(sixths);
     const float f = sixths - static_cast<float>(sextant);
-    // Without saturation all three are v itself, as the factor of s is then 1.
-    const float p = v * (1.0f - s), q = v * (1.0f - s * f), t = v * (1.0f - s * (1.0f - f));
-    const float r = sextant == 1 ? q : sextant == 2 || sextant == 3 ? p : sextant == 4 ? t : v;
-    const float g = sextant == 0 ? t : sextant == 1 || sextant == 2 ? v : sextant == 3 ? q : p;
-    const float b = sextant == 0 || sextant == 1 ? p : sextant == 2 ? t : sextant == 3 || sextant == 4 ? v : q;
-    red[i] = ToByte(r);
-    green[i] = ToByte(g);
-    blue[i] = ToByte(b);
+    const float share = sextant % 2 == 0 ? 1.0f - f : f;
+    const int largest = ToByte(v), least = ToByte(v * (1.0f - s)), middle = ToByte(v * (1.0f - s * share));
+    const auto choose = [=](int middleFirst, int largestFirst) {
+      const int isMiddle = Mask((sextant == middleFirst) | (sextant == (middleFirst + 3) % 6));
+      const int isLargest = Mask((sextant == largestFirst) | (sextant == (largestFirst + 1) % 6));
+      return static_cast<unsigned char>((middle & isMiddle) | (largest & isLargest) |
+                                        (least & ~(isMiddle | isLargest)));
+    };
+    red[i] = choose(1, 5);
+    green[i] = choose(0, 1);
+    blue[i] = choose(2, 3);
   }
 }
 
