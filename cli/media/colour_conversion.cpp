@@ -9,8 +9,6 @@ extern "C" {
 #include <new>
 #include <stdexcept>
 
-#include "media/sample_scale.h"
-
 namespace quentara::media {
 namespace {
 
@@ -95,6 +93,26 @@ ScalerPtr NewScaler(int width, int height, AVPixelFormat from, AVPixelFormat to,
   return scaler;
 }
 
+/// The samples of libswscale's RGBA64 that stand for full colour and full alpha. RGB has 65535, but what comes from or
+/// goes to YUV is only shifted: limited range has white at 255 * 256, full range and alpha at their own highest sample.
+struct Whites {
+  int colour, alpha;
+};
+
+Whites WhitesFor(AVPixelFormat format, AVColorRange range) {
+  if (IsRgb(format)) return {65535, 65535};
+  const int bits = av_pix_fmt_desc_get(format)->comp[0].depth, highest = ((1 << bits) - 1) << (16 - bits);
+  return {range == AVCOL_RANGE_JPEG ? highest : 255 << 8, highest};
+}
+
+/// table[v] is v * toWhite / fromWhite to nearest, for v from 0 to `last`; never above toWhite.
+std::vector<std::uint16_t> ScaleTable(int fromWhite, int toWhite, int last) {
+  std::vector<std::uint16_t> table(last + 1);
+  for (std::int64_t v = 0; v <= last; ++v)
+    table[v] = static_cast<std::uint16_t>(std::min<std::int64_t>((v * toWhite + fromWhite / 2) / fromWhite, toWhite));
+  return table;
+}
+
 FramePtr NewPicture(int width, int height, AVPixelFormat format) {
   FramePtr picture = NewFrame();
   picture->width = width;
@@ -142,9 +160,13 @@ Frame FrameReader::Read(const AVFrame& picture) {
     rgb_ = NewPicture(picture.width, picture.height, kRgbFormats[deep]);
     format_ = format;
     tags_ = tags;
+    const Whites whites = WhitesFor(format, tags.range);
+    colourScale_ = deep ? ScaleTable(whites.colour, kDeepWhite, 65535) : std::vector<std::uint16_t>();
+    alphaScale_ = deep ? ScaleTable(whites.alpha, kDeepWhite, 65535) : std::vector<std::uint16_t>();
   }
   Scale(scaler_.get(), picture, *rgb_);
 
+  const bool opaque = !HasAlpha(format);
   Frame frame = BlankFrame(picture.width, picture.height, deep);
   for (int y = 0; y < frame.height; ++y) {
     const std::uint8_t* row = rgb_->data[0] + static_cast<std::ptrdiff_t>(y) * rgb_->linesize[0];
@@ -155,15 +177,19 @@ Frame FrameReader::Read(const AVFrame& picture) {
     const auto* in = reinterpret_cast<const std::uint16_t*>(row);
     std::uint16_t* out = frame.Deep(y);
     for (int x = 0; x < frame.width; ++x, in += 4, out += 4) {
-      out[0] = HostScale(in[3]);
-      for (int c = 0; c < 3; ++c) out[c + 1] = HostScale(in[c]);
+      out[0] = opaque ? kDeepWhite : alphaScale_[in[3]];
+      for (int c = 0; c < 3; ++c) out[c + 1] = colourScale_[in[c]];
     }
   }
   return frame;
 }
 
 FrameWriter::FrameWriter(int width, int height, AVPixelFormat format, const ColourTags& tags)
-    : width_(width), height_(height), format_(format), tags_(tags) {}
+    : width_(width), height_(height), format_(format), tags_(tags) {
+  const Whites whites = WhitesFor(format, tags.range);
+  colourScale_ = ScaleTable(kDeepWhite, whites.colour, kDeepWhite);
+  alphaScale_ = ScaleTable(kDeepWhite, whites.alpha, kDeepWhite);
+}
 
 FramePtr FrameWriter::Write(const Frame& frame) {
   const bool deep = frame.deep;
@@ -181,8 +207,8 @@ FramePtr FrameWriter::Write(const Frame& frame) {
     const std::uint16_t* in = frame.Deep(y);
     auto* out = reinterpret_cast<std::uint16_t*>(row);
     for (int x = 0; x < width_; ++x, in += 4, out += 4) {
-      for (int c = 0; c < 3; ++c) out[c] = FileScale(in[c + 1]);
-      out[3] = FileScale(in[0]);
+      for (int c = 0; c < 3; ++c) out[c] = colourScale_[std::min<int>(in[c + 1], kDeepWhite)];
+      out[3] = alphaScale_[std::min<int>(in[0], kDeepWhite)];
     }
   }
   FramePtr picture = NewPicture(width_, height_, format_);

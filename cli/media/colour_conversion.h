@@ -1,7 +1,8 @@
 /// The pictures of a video to and from frames, by libswscale.
 #pragma once
 
-#include <string>
+#include <cstdint>
+#include <vector>
 
 #include "media/ffmpeg.h"
 #include "media/frame.h"
@@ -38,6 +39,7 @@ class FrameReader {
   AVPixelFormat format_ = AV_PIX_FMT_NONE;
   ColourTags tags_;
   FramePtr rgb_;
+  std::vector<std::uint16_t> colourScale_, alphaScale_;  // from samples of rgb_ to those of deep frames
 };
 
 /// Converts frames to pictures of one format for an encoder.
@@ -56,6 +58,7 @@ class FrameWriter {
   ColourTags tags_;
   ScalerPtr scalers_[2];  // from 8-bit and from deep frames
   FramePtr rgb_[2];
+  std::vector<std::uint16_t> colourScale_, alphaScale_;  // from samples of deep frames to those of rgb_[1]
 };
 
 }  // namespace quentara::media

@@ -5,12 +5,19 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "media/sample_scale.h"
 #include "media/still_codecs.h"
 
 namespace quentara::media {
 namespace {
 
+/// 16-bit samples of files and those of deep frames: to nearest, so that white stays white.
+std::uint16_t HostScale(std::uint32_t sample) {
+  return static_cast<std::uint16_t>((sample * kDeepWhite + 32767u) / 65535u);
+}
+std::uint16_t FileScale(std::uint32_t sample) {
+  return static_cast<std::uint16_t>((std::min<std::uint32_t>(sample, kDeepWhite) * 65535u + kDeepWhite / 2) /
+                                    kDeepWhite);
+}
 std::uint8_t ByteScale(std::uint32_t sample) {
   return static_cast<std::uint8_t>((std::min<std::uint32_t>(sample, kDeepWhite) * 255u + kDeepWhite / 2) / kDeepWhite);
 }

@@ -18,8 +18,6 @@ class PictureSource {
     if (index < 0 || (demuxer_->streams[index]->disposition & AV_DISPOSITION_ATTACHED_PIC) != 0)
       throw InputError(path + ": has no video");
     stream_ = demuxer_->streams[index];
-    for (unsigned i = 0; i < demuxer_->nb_streams; ++i)
-      if (demuxer_->streams[i] != stream_) demuxer_->streams[i]->discard = AVDISCARD_ALL;
 
     const AVCodec* decoder = Decoder();
     if (!decoder)
@@ -72,11 +70,34 @@ class PictureSource {
     do {
       av_packet_unref(packet_.get());
       error = av_read_frame(demuxer_.get(), packet_.get());
+      if (error >= 0) NoteEnd();
     } while (error >= 0 && packet_->stream_index != stream_->index);
     if (error < 0 && error != AVERROR_EOF) Fail(error);
+    if (error == AVERROR_EOF) CheckLength();
     if (error >= 0 && (packet_->flags & AV_PKT_FLAG_CORRUPT) != 0) Fail(AVERROR_INVALIDDATA);
     error = avcodec_send_packet(codec_.get(), error < 0 ? nullptr : packet_.get());
     if (error < 0) Fail(error);
+  }
+
+  void NoteEnd() {
+    const std::int64_t start = packet_->pts != AV_NOPTS_VALUE ? packet_->pts : packet_->dts;
+    if (start == AV_NOPTS_VALUE) return;
+    const AVRational timeBase = demuxer_->streams[packet_->stream_index]->time_base;
+    start_ = std::min(start_, av_rescale_q(start, timeBase, AV_TIME_BASE_Q));
+    end_ = std::max(end_, av_rescale_q(start + packet_->duration, timeBase, AV_TIME_BASE_Q));
+  }
+
+  /// Some containers just end where a file is cut off; their head still says how long it was.
+  void CheckLength() const {
+    const bool stated = demuxer_->duration > 0 && demuxer_->duration_estimation_method != AVFMT_DURATION_FROM_BITRATE;
+    if (!stated || end_ == AV_NOPTS_VALUE) return;
+    // Counted from 0 where the file starts later: some containers state their length so, and too much is no fault here.
+    const std::int64_t length = end_ - std::min<std::int64_t>(start_, 0);
+    const std::int64_t tolerance = AV_TIME_BASE / 2 + length / 1000;
+    if (length + tolerance >= demuxer_->duration) return;
+    const auto seconds = [](std::int64_t time) { return std::to_string(time / AV_TIME_BASE) + " s"; };
+    throw InputError(path_ + ": is cut short: it ends after " + seconds(length) + " of " + seconds(demuxer_->duration) +
+                     "; its first " + std::to_string(count_) + " frames can be had");
   }
 
   [[noreturn]] void Fail(int error) const {
@@ -89,6 +110,8 @@ class PictureSource {
   AVStream* stream_ = nullptr;
   CodecPtr codec_;
   std::int64_t count_ = 0;
+  std::int64_t start_ = 0;
+  std::int64_t end_ = AV_NOPTS_VALUE;  // of what was read so far, in AV_TIME_BASE units
 };
 
 Orientation OrientationOf(const AVStream& stream) {

@@ -1,0 +1,203 @@
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <random>
+#include <stdexcept>
+
+#include "cli/clip_maker.h"
+#include "cli/media_support.h"
+#include "media/sequence_pattern.h"
+#include "media/still_codecs.h"
+#include "support/temporary_folder.h"
+
+namespace quentara::media {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+/// Writes small pictures of noise under the names that the pattern gives the numbers.
+std::vector<Frame> MakeSequence(const std::string& pattern, const std::vector<std::int64_t>& numbers, int width = 6) {
+  std::mt19937 rng(7);
+  std::vector<Frame> frames;
+  for (const std::int64_t number : numbers) {
+    frames.push_back(RandomFrame(width, 4, false, false, rng));
+    WriteFile(SequencePattern::Parse(pattern)->Name(number), EncodePng(ToStill(frames.back(), StillFormat::Png)));
+  }
+  return frames;
+}
+
+std::vector<std::int64_t> NumbersOf(Input& input) {
+  std::vector<std::int64_t> numbers;
+  for (const Frame& frame : ReadAll(input)) numbers.push_back(frame.number);
+  return numbers;
+}
+
+TEST(FrameRange, ReadsSpansStepsAndLists) {
+  const auto numbers = [](const char* text) {
+    const FrameRange range = ParseFrameRange(text);
+    std::vector<std::int64_t> all;
+    for (std::int64_t i = 0; i < 200; ++i)
+      if (range.Contains(i)) all.push_back(i);
+    std::vector<std::int64_t> walked;
+    for (auto number = range.From(0); number; number = range.From(*number + 1)) walked.push_back(*number);
+    EXPECT_EQ(all, walked) << text;
+    EXPECT_EQ(static_cast<std::int64_t>(all.size()), range.Count()) << text;
+    EXPECT_EQ(std::pair(all.front(), all.back()), std::pair(range.First(), range.Last())) << text;
+    return all;
+  };
+  EXPECT_THAT(numbers("7"), ElementsAre(7));
+  EXPECT_THAT(numbers("1-10x4"), ElementsAre(1, 5, 9));
+  EXPECT_THAT(numbers("20-22,5,1,21-23"), ElementsAre(1, 5, 20, 21, 22, 23));
+  EXPECT_EQ(100u, numbers("1-100").size());
+  EXPECT_TRUE(ParseFrameRange("3-5,6").IsContiguous());
+  EXPECT_FALSE(ParseFrameRange("3-5x2").IsContiguous());
+  for (const char* bad : {"", "a", "5-1", "1-", "-3", "1,,2", "1-5x0", "1-5x", "1 2", "1-5-9", "99999999999"})
+    EXPECT_THROW(ParseFrameRange(bad), std::invalid_argument) << bad;
+  EXPECT_EQ("3, 7-9, 12", DescribeNumbers({3, 7, 8, 9, 12}));
+  EXPECT_EQ("1, 3 and 2 more", DescribeNumbers({1, 3, 5, 6}, 2));
+}
+
+TEST(Sequence, PatternsNameFilesAndFindThem) {
+  const TemporaryFolder folder;
+  for (const char* name :
+       {"f.0001.png", "f.0012.png", "f.12345.png", "f.012.png", "f.00013.png", "f.-001.png", "f.png"})
+    WriteFile(folder / name, {});
+  EXPECT_THAT(SequencePattern::Parse(folder / "f.%04d.png")->NumbersInFolder(), ElementsAre(1, 12, 12345));
+  EXPECT_THAT(SequencePattern::Parse(folder / "f.[###].png")->NumbersInFolder(), ElementsAre(12, 12345));
+  EXPECT_EQ("a#1_b.0042.png", SequencePattern::Parse("a#1_b.####.png")->Name(42));
+  EXPECT_EQ("100000", SequencePattern::Parse("%03d")->Name(100000));
+  EXPECT_EQ("5.png", SequencePattern::Parse("%d.png")->Name(5));
+  EXPECT_FALSE(SequencePattern::Parse("####/f.png"));
+  EXPECT_FALSE(SequencePattern::Parse("100%.png"));
+}
+
+TEST(Sequence, KeepsNumbersAndReportsGaps) {
+  const TemporaryFolder folder;
+  const auto frames = MakeSequence(folder / "f.%04d.png", {8, 9, 10, 13, 20});
+  const auto whole = OpenInput(folder / "f.####.png");
+  EXPECT_EQ(Input::Kind::Sequence, whole->GetKind());
+  EXPECT_EQ(5, whole->Info().frameCount);
+  EXPECT_THAT(whole->Warnings(), ElementsAre(HasSubstr("11-12, 14-19")));
+  EXPECT_THAT(NumbersOf(*whole), ElementsAre(8, 9, 10, 13, 20));
+  const auto part = OpenInput(folder / "f.[####].png", ParseFrameRange("8-10x2"));
+  EXPECT_THAT(part->Warnings(), IsEmpty());
+  EXPECT_THAT(NumbersOf(*part), ElementsAre(8, 10));
+  EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "f.####.png", ParseFrameRange("7-13")); }),
+              HasSubstr("missing: 7, 11-12"));
+  EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "g.####.png"); }), HasSubstr("no such files"));
+
+  EXPECT_EQ(5, CopyMedia(folder / "f.####.png", folder / "out.###.tif"));
+  const auto back = OpenInput(folder / "out.###.tif");
+  const std::vector<Frame> copies = ReadAll(*back);
+  for (std::size_t i = 0; i < frames.size(); ++i) EXPECT_EQ(frames[i].pixels, copies.at(i).pixels);
+  EXPECT_EQ(20, copies.back().number);
+}
+
+TEST(Sequence, BecomesAVideoAtTheRateAskedFor) {
+  const TemporaryFolder folder;
+  MakeSequence(folder / "f.%d.png", {3, 4, 7}, 15);
+  OutputOptions options;
+  options.frameRate = {30000, 1001};
+  CopyMedia(folder / "f.%d.png", folder / "out.mov", options);
+  CopyMedia(folder / "f.%d.png", folder / "out.mp4");
+  const ClipFacts facts = ReadClip(folder / "out.mp4");
+  EXPECT_EQ(3u, facts.times.size());
+  EXPECT_EQ(std::pair(15, 4), std::pair(facts.width, facts.height));
+  EXPECT_NEAR(24, av_q2d(facts.rate), 1e-6);
+  EXPECT_EQ(std::pair(AVCOL_SPC_SMPTE170M, AVCOL_PRI_BT709), std::pair(facts.matrix, facts.primaries));
+  const Rational rate = OpenInput(folder / "out.mov")->Info().frameRate;
+  EXPECT_EQ(std::pair(options.frameRate.numerator, options.frameRate.denominator),
+            std::pair(rate.numerator, rate.denominator));
+
+  MakeSequence(folder / "f.%d.png", {9}, 16);
+  EXPECT_THAT(MessageOf<OutputError>([&] { CopyMedia(folder / "f.%d.png", folder / "mixed.mov"); }),
+              HasSubstr("frame 9 is 16 x 4"));
+}
+
+TEST(Output, RefusesWhatWouldLoseSomething) {
+  const TemporaryFolder folder;
+  MakeSequence(folder / "f.%d.png", {1, 2});
+  MakeClip(folder / "in.mp4", {});
+  std::filesystem::create_symlink(folder / "in.mp4", folder / "link.mp4");
+  std::filesystem::create_hard_link(folder / "f.2.png", folder / "g.002.png");
+  const std::vector<std::string> before = folder.Names();
+  OutputOptions overwrite;
+  overwrite.overwrite = true;
+  const auto refusal = [&](const std::string& from, const std::string& to, const OutputOptions& options = {}) {
+    const auto input = OpenInput(folder / from);
+    return MessageOf<OutputError>([&] { OpenOutput(folder / to, *input, options); });
+  };
+  EXPECT_THAT(refusal("in.mp4", "in.mp4", overwrite), HasSubstr("in.mp4: is the input itself"));
+  EXPECT_THAT(refusal("in.mp4", "link.mp4", overwrite), HasSubstr("is the input itself"));
+  EXPECT_THAT(refusal("link.mp4", "in.mp4", overwrite), HasSubstr("is the input itself"));
+  EXPECT_THAT(refusal("f.%d.png", "f.#.png", overwrite), HasSubstr("f.1.png: is the input itself"));
+  EXPECT_THAT(refusal("f.%d.png", "g.%03d.png", overwrite), HasSubstr("g.002.png: is the input itself"));
+  EXPECT_THAT(refusal("in.mp4", "f.%d.png"), HasSubstr("f.1.png: exists already"));
+  EXPECT_THAT(refusal("f.1.png", "in.mp4"), HasSubstr("single picture"));
+  EXPECT_THAT(refusal("f.%d.png", "in.mp4"), HasSubstr("exists already"));
+  EXPECT_THAT(refusal("f.1.png", "f.2.png"), HasSubstr("exists already"));
+  EXPECT_THAT(refusal("in.mp4", "none/out.mp4"), AllOf(HasSubstr("none/out.mp4"), HasSubstr("No such file")));
+  EXPECT_THAT(refusal("in.mp4", "none/out.%d.png"), HasSubstr("No such file"));
+  EXPECT_THAT(refusal("in.mp4", "one.png"), HasSubstr("several frames"));
+  EXPECT_THAT(refusal("in.mp4", "out.gif"), HasSubstr(".mp4"));
+  EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "."); }), HasSubstr("folder"));
+  EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "f.1.png", ParseFrameRange("2")); }), HasSubstr("single"));
+  EXPECT_EQ(before, folder.Names());
+
+  CopyMedia(folder / "f.1.png", folder / "f.2.png", overwrite);
+  EXPECT_EQ(ReadAll(*OpenInput(folder / "f.1.png"))[0].pixels, ReadAll(*OpenInput(folder / "f.2.png"))[0].pixels);
+}
+
+TEST(Output, LeavesNothingBehindWhenGivenUp) {
+  const TemporaryFolder folder;
+  MakeClip(folder / "in.mp4", {});
+  for (const char* name : {"out.mp4", "out.mkv", "out.avi"}) {
+    const auto input = OpenInput(folder / "in.mp4");
+    const auto output = OpenOutput(folder / name, *input);
+    output->Write(*input->Next());
+    EXPECT_EQ(2u, folder.Names().size());
+  }
+  EXPECT_THAT(folder.Names(), ElementsAre("in.mp4"));
+  {
+    const auto input = OpenInput(folder / "in.mp4");
+    const auto output = OpenOutput(folder / "out.%d.png", *input);
+    output->Write(*input->Next());
+    EXPECT_THAT(folder.Names(), ElementsAre("in.mp4", "out.1.png"));  // each picture is complete by itself
+  }
+  // What turns up in the output's place meanwhile is not lost either.
+  const auto input = OpenInput(folder / "in.mp4");
+  const auto output = OpenOutput(folder / "late.mp4", *input);
+  output->Write(*input->Next());
+  WriteFile(folder / "late.mp4", {'!'});
+  EXPECT_THAT(MessageOf<OutputError>([&] { output->Finish(); }), HasSubstr("late.mp4"));
+  EXPECT_EQ(1u, ReadFile(folder / "late.mp4").size());
+}
+
+TEST(Output, AFullDiskIsAnErrorWithoutLeftovers) {
+  const TemporaryFolder folder;
+  ClipOptions options;
+  options.width = options.height = 256;
+  MakeClip(folder / "in.mp4", options);
+  const std::vector<std::string> before = folder.Names();
+  // A limit on file sizes fails writes as a full disk does.
+  rlimit old;
+  getrlimit(RLIMIT_FSIZE, &old);
+  signal(SIGXFSZ, SIG_IGN);
+  const rlimit small{2000, old.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  for (const char* name : {"out.mp4", "out.mkv", "out.avi", "out.%d.png", "out.%d.tif"})
+    EXPECT_THAT(MessageOf<OutputError>([&] { CopyMedia(folder / "in.mp4", folder / name); }),
+                HasSubstr("File too large"))
+        << name;
+  setrlimit(RLIMIT_FSIZE, &old);
+  EXPECT_EQ(before, folder.Names());
+}
+
+}  // namespace
+}  // namespace quentara::media
