@@ -8,33 +8,12 @@
 #include "paint/crackle.h"
 #include "paint/droplet.h"
 #include "paint/luma_strength.h"
-#include "render/standalone_host.h"
+#include "support/expect_styles.h"
 #include "support/planes.h"
 #include "support/stopping_host.h"
 
 namespace quentara {
 namespace {
-
-// Calls check(picture, radius) for frames down to a single pixel and windows larger than the frame.
-template <class Check>
-void ForPictures(const Check& check) {
-  std::mt19937 rng(1);
-  for (const auto& [height, width, radius] :
-       {std::array{1, 1, 1}, {1, 23, 2}, {23, 1, 3}, {60, 14, 1}, {60, 14, 3}, {30, 14, 12}}) {
-    SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << radius);
-    check(RandomPicture(height, width, rng), radius);
-  }
-}
-
-template <class Render>
-void ExpectWithAnyWorkers(const ChannelSet& expected, const Render& render) {
-  for (const int workers : {1, 2, 7}) {
-    SCOPED_TRACE(testing::Message() << "workers " << workers);
-    StandaloneHost host(workers);
-    const Plugin::HostScope scope(host);
-    EXPECT_EQ("", FirstDifference(expected, render()));
-  }
-}
 
 TEST(DropletStyle, EqualsItsDefinitionWithAnyWorkers) {
   ForPictures([](const ChannelSet& picture, int radius) {

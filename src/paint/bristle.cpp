@@ -1,0 +1,42 @@
+#include "paint/bristle.h"
+
+#include <algorithm>
+
+#include "imageops/luma_chroma.h"
+#include "paint/deviation_paint.h"
+#include "paint/sharpen.h"
+#include "render/bands.h"
+
+namespace quentara {
+namespace {
+
+void LimitRun(const float* luma, const float* sharpened, unsigned char* __restrict limited, std::ptrdiff_t count) {
+  constexpr float kLimit = kOutlierLimit;
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    const float sharp = std::clamp(sharpened[i], 0.0f, 255.0f);
+    const bool outlier = sharp > luma[i] + kLimit || luma[i] - kLimit > sharp;
+    limited[i] = ToByte(outlier ? luma[i] : sharp);
+  }
+}
+
+BytePlane SharpLuma(float gain, const FloatPlane& luma) {
+  const FloatPlane sharpened(Sharpen3x3(gain, luma));
+  BytePlane limited(luma.rows(), luma.cols());
+  ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    LimitRun(luma.data() + first, sharpened.data() + first, limited.data() + first, count);
+  });
+  return limited;
+}
+
+}  // namespace
+
+ChannelSet BristleStyle(float presharpen, int spread, float postsharpen, int quality, const ChannelSet& picture) {
+  Plugin::CheckStop();
+  FloatChannelSet box = RgbToLumaChroma(picture);
+  FloatPlane& luma = box.planes(0);
+  const BytePlane painted(DeviationPaint(SharpLuma(presharpen, luma), spread, postsharpen, quality));
+  std::copy_n(painted.data(), painted.numElements(), luma.data());
+  return LumaChromaToRgb(luma, box.planes(1), box.planes(2));
+}
+
+}  // namespace quentara

@@ -1,0 +1,190 @@
+// The smoother by local medians, and the two styles that stand on it: Bristle and Gouache.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "imageops/luma.h"
+#include "imageops/luma_chroma.h"
+#include "imageops/resample.h"
+#include "imageops/window_definitions.h"
+#include "paint/bristle.h"
+#include "paint/deviation_paint.h"
+#include "paint/gouache.h"
+#include "paint/sharpen.h"
+#include "render/settings.h"
+#include "support/expect_styles.h"
+#include "support/planes.h"
+#include "support/stopping_host.h"
+
+namespace quentara {
+namespace {
+
+using Point = std::pair<int, int>;
+
+float MeanByDefinition(const std::vector<Point>& points, const BytePlane& medians, const FloatPlane& deviations) {
+  float sum = 0.0f, weights = 0.0f;
+  for (auto [y, x] : points) {
+    y = std::clamp(y, 0, medians.rows() - 1), x = std::clamp(x, 0, medians.cols() - 1);
+    const auto w = static_cast<float>(std::pow(static_cast<double>(deviations(y, x)), 7.5));
+    sum += static_cast<float>(medians(y, x)) / w;
+    weights += 1.0f / w;
+  }
+  return sum / weights;
+}
+
+BytePlane PaintByDefinition(BytePlane plane, int r, float q, int quality) {
+  const int height = plane.rows(), width = plane.cols();
+  const auto enlarged = [](int size) { return static_cast<int>(static_cast<float>(size) * 1.414213f); };
+  if (quality == kHigh) plane.reference(ResampleLuma(plane, enlarged(height), enlarged(width)));
+  const BytePlane m1(MedianByDefinition(Square(r), plane)), m2(MedianByDefinition(Diamond(r), plane));
+  FloatPlane d1(MedianDeviationByDefinition(Square(r), plane, m1));
+  FloatPlane d2(MedianDeviationByDefinition(Diamond(r), plane, m2));
+  d1 = d1 + 1.0f - min(d1);
+  d2 = d2 + 1.0f - min(d2);
+  const float a = static_cast<float>(r - 1) / static_cast<float>(r), b = 1.0f / static_cast<float>(r);
+  BytePlane painted(plane.rows(), plane.cols());
+  for (int y = 0; y < plane.rows(); ++y)
+    for (int x = 0; x < plane.cols(); ++x) {
+      const float k1 = MeanByDefinition({{y - r, x - r}, {y - r, x + r}, {y + r, x - r}, {y + r, x + r}}, m1, d1);
+      const float k2 = MeanByDefinition({{y, x - r}, {y, x + r}, {y - r, x}, {y + r, x}}, m2, d2);
+      const int m = static_cast<int>(a * m2(y, x) + b * m1(y, x));
+      float k = a * k2 + b * k1;
+      if (q != 1.0f) {
+        float t = static_cast<float>(m) + q * (k - static_cast<float>(m));
+        if (t > 255.0f) t = 255.0f;
+        if (t < 0.0f) t = 0.0f;
+        if (t > static_cast<float>(m + 96)) t = k;
+        if (t >= static_cast<float>(m - 96)) k = t;
+      }
+      painted(y, x) = ToByte(k);
+    }
+  if (quality == kHigh) painted.reference(ResampleLuma(painted, height, width));
+  if (r < 3) return painted;
+  const int last = quality == kHigh ? static_cast<int>(static_cast<float>(r - 2) / 1.414213f + 0.5f) : r - 2;
+  const BytePlane m3(MedianByDefinition(Square(last), painted));
+  const auto n = static_cast<float>(r - 5);
+  for (int i = 0; i < static_cast<int>(painted.numElements()); ++i) {
+    const float median = m3.data()[i], sample = painted.data()[i];
+    painted.data()[i] = ToByte(r < 8 ? 0.5f * median + 0.5f * sample : (n - 1.0f) / n * median + 1.0f / n * sample);
+  }
+  return painted;
+}
+
+TEST(DeviationPaint, EqualsItsDefinitionWithAnyWorkers) {
+  std::mt19937 rng(1);
+  for (const auto& [height, width, spread] : {std::array{1, 1, 1},
+                                              {1, 1, 4},
+                                              {1, 30, 2},
+                                              {30, 1, 3},
+                                              {2, 2, 3},
+                                              {50, 21, 1},
+                                              {50, 21, 2},
+                                              {50, 21, 3},
+                                              {40, 21, 7},
+                                              {60, 31, 8},
+                                              {60, 31, 12}})
+    for (const int quality : {kFast, kHigh})
+      for (const float push : {1.0f, 1.5f, 5.0f}) {
+        SCOPED_TRACE(testing::Message() << height << "x" << width << " spread " << spread << " push " << push
+                                        << " quality " << quality);
+        const BytePlane plane(rng() % 3 == 0 ? RandomPlane(height, width, rng) : PatchyPlane(height, width, rng));
+        ExpectWithAnyWorkers(PaintByDefinition(plane, spread, push, quality),
+                             [&] { return DeviationPaint(plane, spread, push, quality); });
+      }
+}
+
+// A step edge with noise on it: each side is smoothed and neither reaches over, as its windows lie far off the edge.
+TEST(DeviationPaint, NeverAveragesAcrossAnEdge) {
+  std::mt19937 rng(2);
+  BytePlane plane(40, 40);
+  for (int y = 0; y < 40; ++y)
+    for (int x = 0; x < 40; ++x) plane(y, x) = static_cast<unsigned char>((x < 20 ? 60 : 180) + rng() % 9);
+  const BytePlane painted(DeviationPaint(plane, 3, 1.0f, kFast));
+  for (int y = 5; y < 35; ++y)
+    for (int x = 5; x < 35; ++x) EXPECT_NEAR(x < 20 ? 64 : 184, painted(y, x), 3) << y << " " << x;
+}
+
+FloatPlane SharpenedByDefinition(float p, const FloatPlane& plane) {
+  FloatPlane result(plane.copy());
+  const float k = p - 1.0f;
+  for (int y = 0; y < plane.rows(); ++y)
+    for (int x = 0; x < plane.cols(); ++x) {
+      std::vector<Point> block;
+      for (int j = y - 1; j <= y + 1; ++j)
+        for (int i = x - 1; i <= x + 1; ++i)
+          if (j >= 0 && j < plane.rows() && i >= 0 && i < plane.cols()) block.push_back({j, i});
+      const auto c = static_cast<float>(block.size() - 1);
+      float sum = 0.0f;
+      for (const auto& [j, i] : block) sum += j == y && i == x ? plane(j, i) * c * p : -k * plane(j, i);
+      if (c > 0.0f) result(y, x) = sum / c;
+    }
+  return result;
+}
+
+TEST(Sharpen3x3, EqualsItsDefinitionWithAnyWorkers) {
+  std::mt19937 rng(3);
+  for (const auto& [height, width] : {std::pair{1, 1}, {1, 9}, {9, 1}, {2, 2}, {2, 9}, {15, 2}, {15, 20}}) {
+    const FloatPlane plane(FloatPlane(blitz::cast<float>(RandomPlane(height, width, rng))) / 3.0f);
+    ExpectWithAnyWorkers(SharpenedByDefinition(51.0f, plane), [&] { return Sharpen3x3(51.0f, plane); });
+  }
+  FloatPlane dot(3, 3);
+  dot = 0.0f;
+  dot(1, 1) = 8.0f;
+  const FloatPlane sharp(Sharpen3x3(3.0f, dot));
+  EXPECT_EQ(24.0f, sharp(1, 1));
+  EXPECT_EQ(-2.0f * 8.0f / 5.0f, sharp(0, 1));
+  EXPECT_EQ(-2.0f * 8.0f / 3.0f, sharp(0, 0));
+}
+
+TEST(BristleStyle, EqualsItsDefinitionWithAnyWorkers) {
+  ForPictures([](const ChannelSet& picture, int spread) {
+    const FloatChannelSet box = RgbToLumaChroma(picture);
+    const FloatPlane& y = box.planes(0);
+    for (const int quality : {kFast, kHigh})
+      for (const float presharpen : {1.0f, 11.0f, 101.0f}) {
+        FloatPlane s(SharpenedByDefinition(presharpen, y));
+        s = where(s > 255.0f, 255.0f, s);
+        s = where(s < 0.0f, 0.0f, s);
+        s = where(s > y + 96.0f, y, s);
+        s = where(y - 96.0f > s, y, s);
+        const BytePlane prepared(blitz::cast<unsigned char>(s + 0.5f));
+        const FloatPlane painted(blitz::cast<float>(PaintByDefinition(prepared, spread, 1.5f, quality)));
+        ExpectWithAnyWorkers(LumaChromaToRgb(painted, box.planes(1), box.planes(2)),
+                             [&] { return BristleStyle(presharpen, spread, 1.5f, quality, picture); });
+      }
+  });
+}
+
+TEST(GouacheStyle, EqualsItsDefinitionWithAnyWorkers) {
+  ForPictures([](const ChannelSet& picture, int spread) {
+    const BytePlane luma(LumaPlane709(picture));
+    for (const int quality : {kFast, kHigh})
+      for (const auto& [preblur, k] : {std::pair{3, 1.0f}, {3, 1.75f}, {10, 11.0f}}) {
+        BytePlane p(MedianByDefinition(Square(preblur), luma));
+        for (int i = 0; i < static_cast<int>(luma.numElements()); ++i) {
+          const float median = p.data()[i], sample = luma.data()[i];
+          float t = median + k * sample - k * median;
+          if (t > 255.0f) t = 255.0f;
+          if (t < 0.0f) t = 0.0f;
+          if (t > sample + 96.0f) t = median;
+          if (sample - 96.0f > t) t = median;
+          p.data()[i] = ToByte(t);
+        }
+        ExpectWithAnyWorkers(ReplaceLuma(picture, luma, PaintByDefinition(p, spread, 1.25f, quality)),
+                             [&] { return GouacheStyle(preblur, k, spread, 1.25f, quality, picture); });
+      }
+  });
+}
+
+TEST(DeviationStyles, StopBetweenSteps) {
+  std::mt19937 rng(4);
+  const ChannelSet picture = RandomPicture(9, 9, rng);
+  EXPECT_EQ("", StopsAtEachOf(3, [&] { BristleStyle(51.0f, 3, 1.5f, kHigh, picture); }));
+  EXPECT_EQ("", StopsAtEachOf(4, [&] { GouacheStyle(3, 1.75f, 3, 1.25f, kFast, picture); }));
+}
+
+}  // namespace
+}  // namespace quentara
