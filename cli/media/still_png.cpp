@@ -64,6 +64,10 @@ struct Writer {
     info = png ? png_create_info_struct(png) : nullptr;
     if (!info) throw std::bad_alloc();
     png_set_write_fn(png, &job, OnWrite, nullptr);
+    // A profile is handed on as it came, also one that libpng holds to be a faulty sRGB; one that cannot stand in an
+    // RGB file (of a grey picture, say) is left out with a warning instead of failing the file.
+    png_set_option(png, PNG_SKIP_sRGB_CHECK_PROFILE, PNG_OPTION_ON);
+    png_set_benign_errors(png, 1);
   }
   ~Writer() { png_destroy_write_struct(&png, &info); }
   Writer(const Writer&) = delete;
