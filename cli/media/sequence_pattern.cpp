@@ -3,20 +3,50 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <regex>
 
 namespace quentara::media {
 
+namespace {
+
+/// A place for a number in a name.
+struct Place {
+  std::size_t length;
+  std::size_t digits;
+};
+
+std::size_t CountOf(char character, const std::string& text, std::size_t at) {
+  return std::min(text.find_first_not_of(character, at), text.size()) - at;
+}
+
+/// The place that starts at `at`, if one does.
+std::optional<Place> PlaceAt(const std::string& text, std::size_t at) {
+  if (text[at] == '#') {
+    const std::size_t count = CountOf('#', text, at);
+    return Place{count, count};
+  }
+  if (text[at] == '[') {
+    const std::size_t count = CountOf('#', text, at + 1);
+    if (count > 0 && text[at + 1 + count] == ']') return Place{count + 2, count};
+  }
+  if (text[at] != '%') return std::nullopt;
+  std::size_t end = at + 1, digits = 0;
+  if (text[end] == '0')
+    for (++end; std::isdigit(static_cast<unsigned char>(text[end])) && end < at + 4; ++end)
+      digits = digits * 10 + (text[end] - '0');
+  if (text[end] != 'd') return std::nullopt;
+  return Place{end + 1 - at, std::max<std::size_t>(digits, 1)};
+}
+
+}  // namespace
+
 std::optional<SequencePattern> SequencePattern::Parse(const std::string& path) {
-  const std::size_t nameStart = path.find_last_of('/') + 1;  // npos + 1 is 0
-  static const std::regex kPlace(R"(%(?:0(\d{1,2}))?d|\[(#+)\]|(#+))");
-  std::smatch last;
-  for (std::sregex_iterator match(path.begin() + nameStart, path.end(), kPlace), end; match != end; ++match)
-    last = *match;
-  if (last.empty()) return std::nullopt;
-  const std::size_t digits = last[1].matched ? std::stoul(last[1].str()) : last[2].length() + last[3].length();
-  return SequencePattern(std::string(path.begin(), last[0].first), std::string(last[0].second, path.end()),
-                         std::max<std::size_t>(digits, 1));
+  std::optional<SequencePattern> last;
+  for (std::size_t at = path.find_last_of('/') + 1; at < path.size();) {  // npos + 1 is 0
+    const std::optional<Place> place = PlaceAt(path, at);
+    if (place) last = SequencePattern(path.substr(0, at), path.substr(at + place->length), place->digits);
+    at += place ? place->length : 1;
+  }
+  return last;
 }
 
 std::string SequencePattern::Name(std::int64_t number) const {
