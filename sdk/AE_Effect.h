@@ -7,7 +7,7 @@
 #include "A.h"
 #include "SPBasic.h"
 
-struct _PF_UtilCallbacks;
+struct PF_UtilCallbacks;
 
 #define PF_MAX_EFFECT_NAME_LEN 31
 #define PF_MAX_EFFECT_MSG_LEN 255
@@ -32,7 +32,7 @@ typedef double PF_FpLong;
 typedef float PF_FpShort;
 typedef A_Boolean PF_Boolean;
 typedef void** PF_Handle;
-typedef struct _PF_ProgressInfo* PF_ProgPtr;
+typedef struct PF_ProgressInfo* PF_ProgPtr;
 
 enum {
   PF_Cmd_ABOUT = 0,
@@ -279,7 +279,7 @@ typedef struct {
   PF_Err (*add_param)(PF_ProgPtr effect_ref, PF_ParamIndex index, PF_ParamDefPtr def);
   PF_Err (*abort)(PF_ProgPtr effect_ref);
   PF_Err (*progress)(PF_ProgPtr effect_ref, A_long current, A_long total);
-  PF_Err (*register_ui)(PF_ProgPtr effect_ref, struct _PF_CustomUIInfo* cust_info);
+  PF_Err (*register_ui)(PF_ProgPtr effect_ref, struct PF_CustomUIInfo* cust_info);
   PF_Err (*checkout_layer_audio)(void);
   PF_Err (*checkin_layer_audio)(void);
   PF_Err (*get_audio_data)(void);
@@ -289,7 +289,7 @@ typedef struct {
 
 typedef struct PF_InData {
   PF_InteractCallbacks inter;
-  struct _PF_UtilCallbacks* utils;
+  struct PF_UtilCallbacks* utils;
   PF_ProgPtr effect_ref;
   PF_Quality quality;
   PF_SpecVersion version;

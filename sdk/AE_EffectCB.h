@@ -34,7 +34,7 @@ typedef struct {
   void (*unused[8])(void);
 } PF_ColorCallbacks;
 
-typedef struct _PF_UtilCallbacks {
+typedef struct PF_UtilCallbacks {
   PF_Err (*begin_sampling)(void);
   PF_Err (*subpixel_sample)(void);
   PF_Err (*area_sample)(void);

@@ -14,8 +14,8 @@ namespace {
 constexpr std::size_t kAlignment = 16;
 
 void* AlignUp(void* address) {
-  const std::uintptr_t value = reinterpret_cast<std::uintptr_t>(address);
-  return reinterpret_cast<void*>((value + kAlignment - 1) / kAlignment * kAlignment);
+  const std::size_t above = reinterpret_cast<std::uintptr_t>(address) % kAlignment;
+  return static_cast<char*>(address) + (above == 0 ? 0 : kAlignment - above);
 }
 
 bool TryLockNewHandle(const PF_UtilCallbacks& utils, A_HandleSize size, HostBlock& block) {

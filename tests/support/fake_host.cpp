@@ -107,13 +107,14 @@ PF_EffectWorld FakeWorld::World() {
 }
 
 int FakeWorld::Sample(int y, int x, int channel) const {
-  const auto* row = reinterpret_cast<const std::uint8_t*>(memory.data()) + y * layout.rowbytes;
+  const auto* row =
+      reinterpret_cast<const std::uint8_t*>(memory.data()) + static_cast<std::ptrdiff_t>(y) * layout.rowbytes;
   const int at = 4 * x + channel;
   return deep() ? reinterpret_cast<const std::uint16_t*>(row)[at] : row[at];
 }
 
 void FakeWorld::SetSample(int y, int x, int channel, int value) {
-  auto* row = reinterpret_cast<std::uint8_t*>(memory.data()) + y * layout.rowbytes;
+  auto* row = reinterpret_cast<std::uint8_t*>(memory.data()) + static_cast<std::ptrdiff_t>(y) * layout.rowbytes;
   const int at = 4 * x + channel;
   if (deep())
     reinterpret_cast<std::uint16_t*>(row)[at] = static_cast<std::uint16_t>(value);
