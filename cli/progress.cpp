@@ -61,8 +61,10 @@ void ProgressReport::Finish(const std::string& output) {
   EndLine();
   if (quiet_) return;
   const double seconds = Seconds();
-  std::fprintf(stderr, "%lld %s in %s (%s) -> %s\n", static_cast<long long>(done_), done_ == 1 ? "frame" : "frames",
-               FormatDuration(seconds).c_str(), Rate(static_cast<double>(done_), seconds).c_str(), output.c_str());
+  const std::string duration = seconds < 10 ? Formatted("%.2f s", seconds) : FormatDuration(seconds);
+  const std::string rate = done_ > 1 ? " (" + Rate(static_cast<double>(done_), seconds) + ")" : "";
+  std::fprintf(stderr, "%lld %s in %s%s -> %s\n", static_cast<long long>(done_), done_ == 1 ? "frame" : "frames",
+               duration.c_str(), rate.c_str(), output.c_str());
 }
 
 double ProgressReport::Seconds() const {
