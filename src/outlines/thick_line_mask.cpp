@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cassert>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
 #include "imageops/luma.h"
@@ -79,34 +81,12 @@ class DiagonalSquare {
 
   /// Strips of rows of the turned square that hold every pixel that `TurnedBack` looks at from row `firstRow` on.
   std::vector<Window> NeededStrips(int firstRow, int stripHeight) const {
-    struct Columns {
-      int begin;
-      int end;
-    };
-    std::vector<Columns> needed(static_cast<std::size_t>(side_), Columns{side_, 0});
-    // The pixels looked at fill a convex outline, so its border says where each row begins and ends. The steps along
-    // the border are less than a pixel in either direction, and interpolation reaches one pixel further.
-    const auto visit = [&](int x, int y) {
-      const int column = static_cast<int>(std::floor(back_.SourceX(x, y) - 0.5f));
-      const int row = static_cast<int>(std::floor(back_.SourceY(x, y) - 0.5f));
-      for (int v = std::max(row - 1, 0); v <= std::min(row + 2, side_ - 1); ++v) {
-        Columns& columns = needed[static_cast<std::size_t>(v)];
-        columns.begin = std::min(columns.begin, std::max(column - 1, 0));
-        columns.end = std::max(columns.end, std::min(column + 3, side_));
-      }
-    };
-    const int top = top_ + 2 + firstRow, bottom = top_ + 1 + height_, left = left_ + 1, right = left_ + width_;
-    for (int x = left; x <= right; ++x) visit(x, top), visit(x, bottom);
-    for (int y = top; y <= bottom; ++y) visit(left, y), visit(right, y);
-
+    const std::vector<Columns> needed = NeededColumns(firstRow);
     std::vector<Window> strips;
     for (int first = 0; first < side_; first += stripHeight) {
       const int end = std::min(first + stripHeight, side_);
-      Columns columns = {side_, 0};
-      for (int v = first; v < end; ++v) {
-        columns.begin = std::min(columns.begin, needed[static_cast<std::size_t>(v)].begin);
-        columns.end = std::max(columns.end, needed[static_cast<std::size_t>(v)].end);
-      }
+      Columns columns;
+      for (int row = first; row < end; ++row) columns.Include(needed[static_cast<std::size_t>(row)]);
       if (columns.begin < columns.end)
         strips.push_back({first, columns.begin, end - first, columns.end - columns.begin});
     }
@@ -114,6 +94,35 @@ class DiagonalSquare {
   }
 
  private:
+  struct Columns {
+    void Include(const Columns& other) {
+      begin = std::min(begin, other.begin);
+      end = std::max(end, other.end);
+    }
+    int begin = std::numeric_limits<int>::max();
+    int end = 0;
+  };
+
+  // For each row of the turned square. The pixels that are looked at fill a convex outline, so its border alone says
+  // where each row begins and ends; along it they lie less than a pixel apart in either direction, and interpolation
+  // reaches one pixel further.
+  std::vector<Columns> NeededColumns(int firstRow) const {
+    std::vector<Columns> needed(static_cast<std::size_t>(side_));
+    const auto visit = [&](int x, int y) {
+      const int column = static_cast<int>(std::floor(back_.SourceX(x, y) - 0.5f));
+      const int row = static_cast<int>(std::floor(back_.SourceY(x, y) - 0.5f));
+      Columns columns;
+      columns.begin = std::max(column - 1, 0);
+      columns.end = std::min(column + 3, side_);
+      for (int reached = std::max(row - 1, 0); reached <= std::min(row + 2, side_ - 1); ++reached)
+        needed[static_cast<std::size_t>(reached)].Include(columns);
+    };
+    const int top = top_ + 2 + firstRow, bottom = top_ + 1 + height_, left = left_ + 1, right = left_ + width_;
+    for (int x = left; x <= right; ++x) visit(x, top), visit(x, bottom);
+    for (int y = top; y <= bottom; ++y) visit(left, y), visit(right, y);
+    return needed;
+  }
+
   static int Side(const BytePlane& luma) {
     const double h = luma.rows(), w = luma.cols();
     const int diagonal = static_cast<int>(std::sqrt(w * w + h * h) + 0.5);
@@ -152,8 +161,9 @@ void AverageDiagonals(int thickness, const BytePlane& luma, BytePlane& mask) {
   const int stripHeight = static_cast<int>(60.0 * std::sqrt(thickness));
   const std::vector<Window> strips = square.NeededStrips(kFirst, stripHeight);
   BytePlane lines(square.side(), square.side());
-  RunInWorkers(std::max(Plugin::ThreadCount(), 1), [&](int index, int count) {
-    for (std::size_t i = static_cast<std::size_t>(index); i < strips.size(); i += static_cast<std::size_t>(count))
+  std::atomic<std::size_t> next{0};  // strips differ in width: each worker takes the next one when it is done
+  RunInWorkers(std::max(Plugin::ThreadCount(), 1), [&](int, int) {
+    for (std::size_t i = next++; i < strips.size(); i = next++)
       MeasureStrip(thickness, square, strips[i], lines.data());
   });
   Plugin::CheckStop();
