@@ -5,6 +5,12 @@
 
 namespace quentara {
 
+/// The radius of the first pass for a flatness: the flatness itself, but 1 where a single pass with a window of one
+/// pixel would do nothing.
+inline int FirstCrackleRadius(int flatness, int passes) {
+  return flatness == 0 && passes == 1 ? 1 : flatness;
+}
+
 /// The BT.709 luma of `picture`, gathered into cells: pass i takes the most frequent value of the window of radius
 /// firstRadius + i in the previous pass's result, among those within firstLimit + i of the pixel's unfiltered luma.
 /// @param firstRadius  in pixels, >= 0.

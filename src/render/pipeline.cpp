@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "blur/blur_image.h"
-#include "paint/flat_shaded.h"
+#include "render/paint_steps.h"
 #include "render/stage_availability.h"
 #include "render/stage_predicates.h"
 
@@ -53,7 +53,7 @@ class FrameRender {
     BlurSource();
     Report(2);
     Report(3);
-    Paint();
+    if (!Tinted(settings_)) work_ = PaintInStyle(settings_, work_);
     Report(4);
     Report(5);
     Report(6);
@@ -68,11 +68,6 @@ class FrameRender {
     if (settings_.mainBlur == nullptr) return;
     const bool inColor = (Detail(settings_) && !Tinted(settings_)) || Lit(settings_);
     work_ = BlurImage(*settings_.mainBlur, inColor ? ChannelMode : LumaMode, source_);
-  }
-
-  void Paint() {
-    if (Tinted(settings_)) return;
-    if (settings_.flatShaded != nullptr) work_ = FlatShaded(*settings_.flatShaded, work_);
   }
 
   const RenderSettings& settings_;

@@ -16,11 +16,6 @@ void Refuse(bool wanted, const char* stage) {
 
 void RequireBuiltStages(const RenderSettings& settings) {
   Refuse(settings.flatDetailed != nullptr && FlatDetailedRuns(settings), "Flat Detailed");
-  Refuse(settings.airbrush != nullptr, "Airbrush");
-  Refuse(settings.bristle != nullptr, "Bristle");
-  Refuse(settings.crackle != nullptr, "Crackle");
-  Refuse(settings.droplet != nullptr, "Droplet");
-  Refuse(settings.gouache != nullptr, "Gouache");
   Refuse(settings.posterPaint != nullptr, "Poster Paint");
   Refuse(settings.lighter > 0.0f && !Tinted(settings), "Lighter");
   Refuse(settings.duotone != nullptr, "Duotone Shading");
