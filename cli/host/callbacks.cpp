@@ -50,7 +50,7 @@ PF_Err CheckinParam(PF_ProgPtr, PF_ParamDef*) {
   return PF_Err_INVALID_CALLBACK;
 }
 
-PF_Err RegisterUi(PF_ProgPtr, struct _PF_CustomUIInfo*) {
+PF_Err RegisterUi(PF_ProgPtr, PF_CustomUIInfo*) {
   return PF_Err_INVALID_CALLBACK;
 }
 
