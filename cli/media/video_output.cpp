@@ -31,10 +31,6 @@ const char* MuxerName(const std::string& extension) {
   return "mp4";
 }
 
-bool IsMovFamily(const std::string& extension) {
-  return extension == ".mp4" || extension == ".m4v" || extension == ".mov";
-}
-
 /// What the output's file says of its colours.
 ColourTags OutputTags(const VideoProperties* source, const EncoderChoice& choice, int height) {
   ColourTags tags;
@@ -56,7 +52,9 @@ ColourTags OutputTags(const VideoProperties* source, const EncoderChoice& choice
 class VideoOutput final : public Output {
  public:
   VideoOutput(const std::string& path, const std::string& extension, const Input& input, const OutputOptions& options)
-      : path_(path), overwrite_(options.overwrite) {
+      : path_(path),
+        overwrite_(options.overwrite),
+        isMov_(extension != ".mkv" && extension != ".webm" && extension != ".avi") {
     if (input.GetKind() == Input::Kind::Still)
       throw OutputError(path + ": a video is made from a video or a numbered sequence, not from a single picture");
     RefuseExisting({path}, input, overwrite_);
@@ -75,7 +73,7 @@ class VideoOutput final : public Output {
     } catch (const std::runtime_error& error) {
       throw OutputError(path + ": " + error.what());
     }
-    WriteHeader(extension);
+    WriteHeader();
   }
 
   std::vector<std::string> Warnings() const override { return warnings_; }
@@ -122,7 +120,7 @@ class VideoOutput final : public Output {
     frameWidth_ = info.width;
     frameHeight_ = info.height;
     // Only these containers tell a player to turn the pictures.
-    if (source_ && !IsMovFamily(extension)) turn_ = std::max(source_->orientation, 1);
+    if (source_ && !isMov_) turn_ = std::max(source_->orientation, 1);
     const bool swaps = SwapsSides(turn_);
     const PictureTraits traits{swaps ? info.height : info.width, swaps ? info.width : info.height, info.deep,
                                info.hasAlpha, source_ ? source_->format : AV_PIX_FMT_NONE};
@@ -166,6 +164,11 @@ class VideoOutput final : public Output {
     stream_ = avformat_new_stream(muxer_.get(), nullptr);
     if (!stream_) throw std::bad_alloc();
     Check(avcodec_parameters_from_context(stream_->codecpar, encoder_.get()));
+    // Left to itself the muxer marks 4:2:2 pictures of 10 bits as AVC-Intra, which players then decode wrongly.
+    if (isMov_ && encoder_->codec_id == AV_CODEC_ID_H264) {
+      stream_->codecpar->codec_tag = MKTAG('a', 'v', 'c', '1');
+      muxer_->strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;
+    }
     stream_->time_base = encoder_->time_base;
     stream_->avg_frame_rate = encoder_->framerate;
     stream_->sample_aspect_ratio = encoder_->sample_aspect_ratio;
@@ -205,10 +208,12 @@ class VideoOutput final : public Output {
     std::copy_n(data.data, data.size, copy);
   }
 
-  void WriteHeader(const std::string& extension) {
+  void WriteHeader() {
     Check(avio_open(&muxer_->pb, muxer_->url, AVIO_FLAG_WRITE));
     AVDictionary* settings = nullptr;
-    if (IsMovFamily(extension)) av_dict_set(&settings, "movflags", "+faststart+write_colr", 0);
+    const bool tagged = tags_.primaries != AVCOL_PRI_UNSPECIFIED || tags_.transfer != AVCOL_TRC_UNSPECIFIED ||
+                        tags_.matrix != AVCOL_SPC_UNSPECIFIED;
+    if (isMov_) av_dict_set(&settings, "movflags", tagged ? "+faststart+write_colr" : "+faststart-write_colr", 0);
     const int error = avformat_write_header(muxer_.get(), &settings);
     av_dict_free(&settings);
     Check(error);
@@ -276,6 +281,7 @@ class VideoOutput final : public Output {
 
   std::string path_;
   bool overwrite_;
+  bool isMov_;  // whether the container is MOV or its descendant MP4
   std::optional<VideoProperties> source_;
   std::optional<TemporaryFile> file_;  // outlives the muxer, which writes to it
   MuxerPtr muxer_;
