@@ -91,11 +91,11 @@ class PlaneScaler {
   std::unique_ptr<SwsContext, Free> scaler_;
 };
 
+}  // namespace
+
 int ReducedLength(int length, const Downsampling& by) {
   return static_cast<int>((std::int64_t{length} * by.numerator + by.denominator - 1) / by.denominator);
 }
-
-}  // namespace
 
 media::Frame Reduced(const media::Frame& frame, const Downsampling& downsampling) {
   media::Frame reduced = media::BlankFrame(ReducedLength(frame.width, downsampling),

@@ -6,6 +6,9 @@
 
 namespace quentara::cli {
 
+/// A width or height at the fraction of its size, rounded up.
+int ReducedLength(int length, const Downsampling& downsampling);
+
 /// The frame at the fraction of its size, rounded up: each pixel is the mean of the area it covers, weighted by alpha.
 media::Frame Reduced(const media::Frame& frame, const Downsampling& downsampling);
 

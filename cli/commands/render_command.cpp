@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <optional>
 #include <thread>
+#include <utility>
 
 #include "commands/commands.h"
 #include "commands/options.h"
@@ -8,8 +9,8 @@
 #include "interruption.h"
 #include "media/input.h"
 #include "media/output.h"
+#include "preview_input.h"
 #include "progress.h"
-#include "scaling.h"
 
 namespace quentara::cli {
 namespace {
@@ -44,38 +45,46 @@ Watch WatchWith(ProgressReport& progress) {
           [&](const std::string& text) { progress.Note(text); }};
 }
 
-void RenderFrames(const RenderOptions& options, Effect& effect, const ParameterValues& values, media::Input& input,
-                  media::Output& output) {
-  const Downsampling downsampling = !options.preview.empty() ? ParseDownsampling("--preview", options.preview)
-                                    : !options.downsample.empty()
-                                        ? ParseDownsampling("--downsample", options.downsample)
-                                        : Downsampling{};
+/// What the frames that the effect gets are reduced to.
+Downsampling DownsamplingOf(const RenderOptions& options) {
+  if (!options.preview.empty()) return ParseDownsampling("--preview", options.preview);
+  if (!options.downsample.empty()) return ParseDownsampling("--downsample", options.downsample);
+  return {};
+}
+
+void CheckInterruption() {
+  if (InterruptingSignal() != 0) throw Cancelled();
+}
+
+void RenderFrames(const RenderOptions& options, EffectInstance& instance, const ParameterValues& values,
+                  media::Input& input, media::Output& output, ProgressReport& progress) {
   const media::FrameInfo info = input.Info();
-  ProgressReport progress(info.frameCount, options.quiet);
-  for (const std::string& warning : input.Warnings()) progress.Note(warning);
-  EffectInstance instance(effect, options.threads, WatchWith(progress), downsampling);
-  while (std::optional<media::Frame> frame = input.Next()) {
-    if (InterruptingSignal() != 0) throw Cancelled();
-    if (!options.preview.empty()) *frame = Reduced(*frame, downsampling);
+  while (const std::optional<media::Frame> frame = input.Next()) {
+    CheckInterruption();
     output.Write(instance.Render(*frame, TimeOf(info, progress.FramesDone()), values));
     progress.FrameDone();
   }
-  if (InterruptingSignal() != 0) throw Cancelled();
+  CheckInterruption();
   output.Finish();
   progress.Finish(options.output);
 }
 
 void Run(const RenderOptions& options) {
   const std::optional<media::FrameRange> range = Range(options.frames);
-  if (!options.preview.empty()) ParseDownsampling("--preview", options.preview);
-  if (!options.downsample.empty()) ParseDownsampling("--downsample", options.downsample);
+  const Downsampling downsampling = DownsamplingOf(options);
   const std::unique_ptr<Effect> effect = options.effect.LoadEffect();
   const ParameterValues values = options.effect.Values(effect->Parameters());
-  const std::unique_ptr<media::Input> input = media::OpenInput(options.input, range);
+
+  std::unique_ptr<media::Input> input = media::OpenInput(options.input, range);
+  if (!options.preview.empty()) input = ReduceInput(std::move(input), downsampling);
   media::OutputOptions outputOptions;
   outputOptions.overwrite = options.overwrite;
   const std::unique_ptr<media::Output> output = media::OpenOutput(options.output, *input, outputOptions);
-  RenderFrames(options, *effect, values, *input, *output);
+
+  ProgressReport progress(input->Info().frameCount, options.quiet);
+  for (const std::string& warning : input->Warnings()) progress.Note(warning);
+  EffectInstance instance(*effect, options.threads, WatchWith(progress), downsampling);
+  RenderFrames(options, instance, values, *input, *output, progress);
 }
 
 }  // namespace

@@ -138,9 +138,6 @@ std::vector<std::uint8_t> EncodePng(const Still& still) {
   constexpr int kCompressionLevel = 3;
   Check(job, RunGuarded(job.escape, [&] {
           png_set_compression_level(png, kCompressionLevel);
-          // A profile goes out as it came in; one that does not suit the picture, as a grey one, is left out.
-          png_set_option(png, PNG_SKIP_sRGB_CHECK_PROFILE, PNG_OPTION_ON);
-          png_set_benign_errors(png, 1);
           png_set_IHDR(png, writer.info, still.width, still.height, still.deep ? 16 : 8,
                        still.channels == 4 ? PNG_COLOR_TYPE_RGBA : PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
                        PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
