@@ -31,24 +31,6 @@ const char* MuxerName(const std::string& extension) {
   return "mp4";
 }
 
-/// What the output's file says of its colours.
-ColourTags OutputTags(const VideoProperties* source, const EncoderChoice& choice, int height) {
-  ColourTags tags;
-  if (source) tags = source->tags;
-  if (!source) tags.primaries = AVCOL_PRI_BT709, tags.transfer = AVCOL_TRC_BT709;
-  const bool wasRgb = !source || (av_pix_fmt_desc_get(source->format)->flags & AV_PIX_FMT_FLAG_RGB) != 0;
-  if ((av_pix_fmt_desc_get(choice.format)->flags & AV_PIX_FMT_FLAG_RGB) != 0) {
-    tags.matrix = AVCOL_SPC_RGB;
-    tags.range = AVCOL_RANGE_JPEG;
-  } else if (wasRgb) {
-    tags.matrix = AssumedMatrix(height);
-    tags.range = AVCOL_RANGE_MPEG;
-  }
-  // ProRes has no full range.
-  if (choice.encoder->id == AV_CODEC_ID_PRORES) tags.range = AVCOL_RANGE_MPEG;
-  return tags;
-}
-
 class VideoOutput final : public Output {
  public:
   VideoOutput(const std::string& path, const std::string& extension, const Input& input, const OutputOptions& options)
@@ -122,11 +104,15 @@ class VideoOutput final : public Output {
     // Only these containers tell a player to turn the pictures.
     if (source_ && !isMov_) turn_ = std::max(source_->orientation, 1);
     const bool swaps = SwapsSides(turn_);
-    const PictureTraits traits{swaps ? info.height : info.width, swaps ? info.width : info.height, info.deep,
-                               info.hasAlpha, source_ ? source_->format : AV_PIX_FMT_NONE};
+    const PictureTraits traits{swaps ? info.height : info.width,
+                               swaps ? info.width : info.height,
+                               info.deep,
+                               info.hasAlpha,
+                               source_ ? source_->format : AV_PIX_FMT_NONE,
+                               source_ ? source_->tags : ColourTags{}};
     const EncoderChoice choice = ChooseEncoder(extension, traits);
     if (traits.hasAlpha && !choice.keepsAlpha) warnings_.push_back(path_ + ": the alpha channel is left out");
-    tags_ = OutputTags(source_ ? &*source_ : nullptr, choice, traits.height);
+    tags_ = choice.tags;
     writer_.emplace(traits.width, traits.height, choice.format, tags_);
 
     AVRational rate{static_cast<int>(options.frameRate.numerator), static_cast<int>(options.frameRate.denominator)};
