@@ -8,7 +8,7 @@
 namespace quentara {
 namespace {
 
-// Every sextant's hue is computed and then chosen, so that the loop has no branch.
+// The third of the circle is chosen before the division, so that the loop has no branch and one quotient for the hue.
 void ToHsvRun(const unsigned char* red, const unsigned char* green, const unsigned char* blue, float* __restrict hue,
               float* __restrict saturation, float* __restrict value, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
@@ -16,10 +16,9 @@ void ToHsvRun(const unsigned char* red, const unsigned char* green, const unsign
     const float most = std::max(std::max(r, g), b), least = std::min(std::min(r, g), b);
     const bool grey = most == least;
     const float delta = grey ? 1.0f : (most - least) / 255.0f;
-    const float fromRed = (g - b) / 255.0f / delta;
-    const float fromGreen = 2.0f + (b - r) / 255.0f / delta;
-    const float fromBlue = 4.0f + (r - g) / 255.0f / delta;
-    const float degrees = (r == most ? fromRed : g == most ? fromGreen : fromBlue) * 60.0f;
+    const float third = r == most ? 0.0f : g == most ? 2.0f : 4.0f;
+    const float lead = r == most ? g - b : g == most ? b - r : r - g;
+    const float degrees = (third + lead / 255.0f / delta) * 60.0f;
     hue[i] = grey ? 0.0f : degrees < 0.0f ? degrees + 360.0f : degrees;
     saturation[i] = grey ? 0.0f : (most - least) / most;
     value[i] = most;
