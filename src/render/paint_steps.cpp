@@ -1,11 +1,16 @@
 #include "render/paint_steps.h"
 
+#include "outlines/compositing.h"
 #include "paint/airbrush.h"
 #include "paint/bristle.h"
 #include "paint/crackle.h"
 #include "paint/droplet.h"
+#include "paint/flat_detailed.h"
 #include "paint/flat_shaded.h"
 #include "paint/gouache.h"
+#include "render/lighter_step.h"
+#include "render/progress.h"
+#include "render/stage_predicates.h"
 
 namespace quentara {
 namespace {
@@ -32,10 +37,19 @@ ChannelSet Paint(const GouacheSettings& s, const ChannelSet& picture) {
   return GouacheStyle(s.preblur + 2, s.presharpen + 1.0f, s.spread, s.postsharpen + 1.0f, s.quality, picture);
 }
 
+ChannelSet PaintFlatDetailed(const RenderSettings& settings, const PointList& skinPoints, const ChannelSet& picture) {
+  const FlatDetailedSettings& s = *settings.flatDetailed;
+  const ChannelSet tone = DetailedTone(settings.lighter, picture);
+  Report(3);
+  const ChannelSet flat = FlatDetailed(skinPoints, s.level * 4.0f - 2.5f, s.temporalFix, picture);
+  return DarkenByMask(tone, flat, s.strength / 2.0f);
+}
+
 }  // namespace
 
-ChannelSet PaintInStyle(const RenderSettings& settings, const ChannelSet& picture) {
+ChannelSet PaintInStyle(const RenderSettings& settings, const PointList& skinPoints, const ChannelSet& picture) {
   if (settings.flatShaded != nullptr) return FlatShaded(*settings.flatShaded, picture);
+  if (FlatDetailedRuns(settings)) return PaintFlatDetailed(settings, skinPoints, picture);
   if (settings.airbrush != nullptr) return Paint(*settings.airbrush, picture);
   if (settings.bristle != nullptr) return Paint(*settings.bristle, picture);
   if (settings.crackle != nullptr) return Paint(*settings.crackle, picture);

@@ -4,17 +4,16 @@
 #include <memory>
 
 #include "blur/blur_image.h"
+#include "imageops/skin_tones.h"
+#include "outlines/tint_foreground.h"
+#include "render/lighter_step.h"
 #include "render/paint_steps.h"
+#include "render/progress.h"
 #include "render/stage_availability.h"
 #include "render/stage_predicates.h"
 
 namespace quentara {
 namespace {
-
-void Report(int done) {
-  Plugin::ReportProgress(done, 10);
-  Plugin::CheckStop();
-}
 
 BytePlane WrapBuffer(const unsigned char* samples, const FrameBuffers& frame) {
   return WrapRows(samples, static_cast<int>(frame.height), static_cast<int>(frame.width));
@@ -49,12 +48,16 @@ class FrameRender {
       : settings_(settings), source_(CopyFrame(settings.frame)), work_(source_) {}
 
   FrameBuffers Run() {
+    if (NeedsSkinPoints(settings_))
+      skinPoints_ = SkinPointList(source_.planes(0), source_.planes(1), source_.planes(2));
     Report(1);
     BlurSource();
     Report(2);
+    ApplyLighter(settings_, work_);
     Report(3);
-    if (!Tinted(settings_)) work_ = PaintInStyle(settings_, work_);
+    if (!Tinted(settings_)) work_ = PaintInStyle(settings_, skinPoints_, work_);
     Report(4);
+    if (Tinted(settings_)) work_ = TintForeground(work_);
     Report(5);
     Report(6);
     Report(7);
@@ -73,6 +76,7 @@ class FrameRender {
   const RenderSettings& settings_;
   const ChannelSet source_;
   ChannelSet work_;
+  PointList skinPoints_;
 };
 
 }  // namespace

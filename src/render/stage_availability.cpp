@@ -15,9 +15,7 @@ void Refuse(bool wanted, const char* stage) {
 }  // namespace
 
 void RequireBuiltStages(const RenderSettings& settings) {
-  Refuse(settings.flatDetailed != nullptr && FlatDetailedRuns(settings), "Flat Detailed");
   Refuse(settings.posterPaint != nullptr, "Poster Paint");
-  Refuse(settings.lighter > 0.0f && !Tinted(settings), "Lighter");
   Refuse(settings.duotone != nullptr, "Duotone Shading");
   Refuse(Visible(settings.halftone), "Halftone Pattern");
   Refuse(Visible(settings.softOutlines), "Soft Outlines");

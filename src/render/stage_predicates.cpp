@@ -27,6 +27,11 @@ bool FlatDetailedRuns(const RenderSettings& settings) {
   return settings.style == Style::FlatDetailed && settings.flatDetailed->strength > 0.0f;
 }
 
+bool NeedsSkinPoints(const RenderSettings& settings) {
+  return FlatDetailedRuns(settings) || Visible(settings.comicOutlines) || Visible(settings.shadowOutlines) ||
+         Visible(settings.woodcutOutlines) || Visible(settings.stipplePattern);
+}
+
 bool ReusesCrackle(const RenderSettings& settings) {
   return settings.style == Style::Crackle && Visible(settings.markerOutlines) &&
          settings.markerOutlines->reuseCrackle && !Tinted(settings);

@@ -23,6 +23,9 @@ bool Detail(const RenderSettings& settings);
 /// Flat Detailed is chosen and has an effect.
 bool FlatDetailedRuns(const RenderSettings& settings);
 
+/// A stage that runs looks at the skin tones of the source.
+bool NeedsSkinPoints(const RenderSettings& settings);
+
 /// Marker Outlines takes its lines from the picture that Crackle painted.
 bool ReusesCrackle(const RenderSettings& settings);
 
