@@ -10,7 +10,7 @@
 
 namespace {
 
-enum Mode { kInvert = 1, kShowCommands, kCheckHost, kFail, kFailSilently, kWaitForCancel, kGrow };
+enum Mode { kInvert = 1, kShowCommands, kCheckHost, kFail, kFailSilently, kWaitForCancel, kGrow, kIgnoreCancel };
 enum SetupFault { kFailSetup = 1, kWrongCount, kLayerParameter, kBadPopup };
 constexpr int kModeIndex = 1, kStrengthIndex = 5, kColourIndex = 7;
 
@@ -32,11 +32,11 @@ PF_Err Define(PF_InData* in, PF_OutData* out) {
   };
 
   // The host must copy the texts: these are gone when the function returns.
-  std::string modes = "Invert|Show Commands|Check Host|Fail|Fail Silently|Wait For Cancel|Grow";
+  std::string modes = "Invert|Show Commands|Check Host|Fail|Fail Silently|Wait For Cancel|Grow|Ignore Cancel";
   std::string box = "Tone";
   add(11, PF_Param_POPUP, [&](PF_ParamDef& record) {
     AddName(record, "Mode");
-    record.u.pd.num_choices = fault == kBadPopup ? 3 : 7;
+    record.u.pd.num_choices = fault == kBadPopup ? 3 : 8;
     record.u.pd.value = record.u.pd.dephault = kInvert;
     record.u.pd.u.namesptr = modes.c_str();
   });
@@ -173,8 +173,12 @@ PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef* parameters[], PF_Laye
     case kFailSilently:
       return PF_Err_OUT_OF_MEMORY;
     case kWaitForCancel:
+      std::fputs("rendering\n", stderr);
       for (A_long done = 0;; ++done)
         if (const PF_Err error = in->inter.progress(in->effect_ref, done % 100, 100)) return error;
+    case kIgnoreCancel:
+      std::fputs("rendering\n", stderr);
+      while (true) in->inter.progress(in->effect_ref, 0, 0);
     default: {
       RowWork work{in, &input, output};
       return in->utils->iterate_generic(input.height, &work, InvertRow);

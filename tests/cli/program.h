@@ -1,0 +1,41 @@
+/// Runs the real program.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+#include "support/temporary_folder.h"
+
+namespace quentara {
+
+struct Outcome {
+  int status;  ///< the exit status, or minus the signal that ended the program
+  std::string out;
+  std::string err;
+};
+
+/// `quentara`, started with some arguments.
+class Program {
+ public:
+  explicit Program(std::vector<std::string> arguments);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  /// Waits, a minute at most, until standard error holds the text.
+  void AwaitMessage(const std::string& text) const;
+  void Send(int signal) const;
+  Outcome Wait();
+
+ private:
+  TemporaryFolder folder_;
+  pid_t process_ = 0;
+};
+
+inline Outcome RunProgram(std::vector<std::string> arguments) {
+  return Program(std::move(arguments)).Wait();
+}
+
+}  // namespace quentara

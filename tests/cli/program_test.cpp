@@ -1,0 +1,231 @@
+#include "cli/program.h"
+
+#include <gmock/gmock.h>
+#include <signal.h>
+
+#include <chrono>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "cli/clip_maker.h"
+#include "cli/media_support.h"
+#include "media/still.h"
+
+namespace quentara {
+namespace {
+
+using media::Frame;
+using testing::ContainsRegex;
+using testing::ElementsAre;
+using testing::StartsWith;
+
+using Arguments = std::vector<std::string>;
+
+Arguments operator+(Arguments a, const Arguments& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+const Arguments kNothing = {"--set", "Roto=No Roto", "--set", "Main Blur/Type=None", "--set", "Comic Outlines=off"};
+
+Arguments WithFake(const std::string& mode) {
+  return {"--effect", FAKE_EFFECT, "--set", "Mode=" + mode};
+}
+
+void WritePng(const std::string& path, const Frame& frame) {
+  media::WriteFile(path, EncodeStill(media::StillFormat::Png, ToStill(frame, media::StillFormat::Png)));
+}
+
+void WriteRandomPng(const std::string& path, unsigned seed = 1, bool deep = false) {
+  std::mt19937 rng(seed);
+  WritePng(path, media::RandomFrame(23, 17, deep, false, rng));
+}
+
+Frame ReadPicture(const std::string& path) {
+  return *media::OpenInput(path)->Next();
+}
+
+void ExpectOneLine(const std::string& text, const std::string& pattern) {
+  EXPECT_THAT(text, ContainsRegex(pattern));
+  EXPECT_THAT(text, StartsWith("quentara: "));
+  EXPECT_EQ(text.size() - 1, text.find('\n')) << text;
+}
+
+TEST(Render, WithEverythingOffEqualsItsInputInEightBits) {
+  const TemporaryFolder folder;
+  WriteRandomPng(folder / "in.png");
+  for (const char* threads : {"1", "3"}) {
+    const Outcome outcome = RunProgram(
+        Arguments{"render", folder / "in.png", "-y", "-o", folder / "out.png", "--threads", threads} + kNothing);
+    ASSERT_EQ(0, outcome.status) << outcome.err;
+    EXPECT_EQ(ReadPicture(folder / "in.png").pixels, ReadPicture(folder / "out.png").pixels);
+  }
+}
+
+TEST(Render, WithEverythingOffKeepsSixteenBitPicturesToTheEffectsEight) {
+  const TemporaryFolder folder;
+  WriteRandomPng(folder / "in.png", 2, true);
+  const Outcome outcome = RunProgram(Arguments{"render", folder / "in.png", "-o", folder / "out.png"} + kNothing);
+  ASSERT_EQ(0, outcome.status) << outcome.err;
+  Frame expected = ReadPicture(folder / "in.png");
+  ASSERT_TRUE(expected.deep);
+  for (int i = 0; i < expected.width * expected.height * 4; ++i)
+    if (i % 4 != 0) expected.Deep(0)[i] = static_cast<std::uint16_t>((expected.Deep(0)[i] * 255 >> 15) * 32768 / 255);
+  EXPECT_EQ(expected.pixels, ReadPicture(folder / "out.png").pixels);
+}
+
+TEST(Render, KeepsTheNumbersOfASequenceAndReportsItsGaps) {
+  const TemporaryFolder folder;
+  for (const int number : {3, 4, 6}) WriteRandomPng(folder / ("in." + std::to_string(number) + ".png"), number);
+  const Outcome outcome =
+      RunProgram(Arguments{"render", folder / "in.#.png", "-o", folder / "out.%02d.png"} + WithFake("Invert"));
+  ASSERT_EQ(0, outcome.status) << outcome.err;
+  EXPECT_THAT(outcome.err, ContainsRegex("gaps: 5\n(.*\n)*3 frames in "));
+  EXPECT_THAT(folder.Names(),
+              ElementsAre("in.3.png", "in.4.png", "in.6.png", "out.03.png", "out.04.png", "out.06.png"));
+  Frame expected = ReadPicture(folder / "in.6.png");
+  for (std::uint8_t& sample : expected.pixels) sample = static_cast<std::uint8_t>(~sample);
+  EXPECT_EQ(expected.pixels, ReadPicture(folder / "out.06.png").pixels);
+}
+
+TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
+  const TemporaryFolder folder;
+  Frame frame = media::BlankFrame(4, 4, false);
+  const std::uint8_t samples[2][16] = {{255, 10, 20, 30, 255, 10, 20, 30, 255, 0, 0, 250, 0, 250, 0, 0},
+                                       {255, 30, 40, 50, 255, 30, 40, 50, 255, 0, 0, 250, 0, 250, 0, 0}};
+  for (int y = 0; y < 4; ++y) std::copy(std::begin(samples[y % 2]), std::end(samples[y % 2]), frame.Bytes(y));
+  WritePng(folder / "in.png", frame);
+  const Outcome outcome =
+      RunProgram(Arguments{"render", folder / "in.png", "-o", folder / "out.png", "--preview", "1/2"} + kNothing);
+  ASSERT_EQ(0, outcome.status) << outcome.err;
+  const Frame reduced = ReadPicture(folder / "out.png");
+  ASSERT_EQ(std::pair(2, 2), std::pair(reduced.width, reduced.height));
+  const int expected[] = {255, 20, 30, 40, 128, 0, 0, 250};
+  for (int i = 0; i < 16; ++i) EXPECT_NEAR(expected[i % 8], reduced.pixels[i], 1) << i;
+}
+
+TEST(Render, KeepsTheFramesAndTheRateOfAVideo) {
+  const TemporaryFolder folder;
+  media::MakeClip(folder / "in.mp4", {});
+  const Arguments render = {"render", folder / "in.mp4", "--quiet", "-o"};
+  for (const Arguments& options : {Arguments{}, Arguments{"--preview", "1/2"}}) {
+    const std::string name = folder / ("out" + std::to_string(options.size()) + ".mkv");
+    const Outcome outcome = RunProgram(render + Arguments{name} + options + kNothing);
+    ASSERT_EQ(0, outcome.status) << outcome.err;
+    EXPECT_EQ("", outcome.err);
+    const media::ClipFacts facts = media::ReadClip(name);
+    EXPECT_EQ(options.empty() ? 96 : 48, facts.width);
+    EXPECT_EQ(10u, facts.times.size());
+    EXPECT_NEAR(25, av_q2d(facts.rate), 1e-9);
+  }
+}
+
+TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
+  const TemporaryFolder folder;
+  WriteRandomPng(folder / "in.png");
+  WriteRandomPng(folder / "old.png", 7);
+  const std::vector<std::uint8_t> old = media::ReadFile(folder / "old.png");
+  std::vector<std::uint8_t> cut = media::ReadFile(folder / "in.png");
+  cut.resize(cut.size() / 2);
+  media::WriteFile(folder / "cut.png", cut);
+  media::WriteFile(folder / "seq.1.png", old);
+  const std::vector<std::string> names = folder.Names();
+
+  const std::string in = folder / "in.png", out = folder / "out.png";
+  const auto render = [](const std::string& from, const std::string& to, const Arguments& more) {
+    return Arguments{"render", from, "-o", to} + more;
+  };
+  const struct {
+    int status;
+    Arguments arguments;
+    const char* message;
+  } cases[] = {
+      {2, {}, "say what to do: render or params"},
+      {2, {"paint"}, "no command \"paint\""},
+      {2, {"render", in}, "--output is required"},
+      {2, {"render", "-o", out}, "input is required"},
+      {2, render(in, out, {"--bogus"}), "--bogus"},
+      {2, render(in, out, {"--threads", "0"}), "1 to 256"},
+      {2, render(in, out, {"--frames", "5-"}), "5-"},
+      {2, render(in, out, {"--preview", "3/2"}), "--preview takes a fraction"},
+      {2, render(in, out, {"--preview", "1/2", "--downsample", "1/2"}), "excludes"},
+      {2, render(in, out, {"--host-version", "new"}), "--host-version takes a version"},
+      {2, render(in, out, {"--set", "Flatnes=3"}), "did you mean \"Flatness\""},
+      {2, render(in, out, {"--set", "Flat Shaded/Flatness=101"}), "0 to 100, not \"101\""},
+      {3, render(folder / "none.png", out, kNothing), "none.png"},
+      {3, render(folder / "cut.png", out, kNothing), "cut.png"},
+      {3, render(folder / "seq.%d.png", folder / "out.%d.png", Arguments{"--frames", "1-2"} + kNothing), "missing.*2"},
+      {4, render(in, folder / "old.png", kNothing), "old.png.*exists"},
+      {4, render(in, in, Arguments{"-y"} + kNothing), "input itself"},
+      {4, render(in, folder / "none/out.png", kNothing), "none/out.png"},
+      {4, render(in, folder / "out.xyz", kNothing), "out.xyz"},
+      {5, render(in, out, {"--effect", NO_EFFECT}), "is not an effect; it has no PluginEntry"},
+      {5, render(in, out, {"--effect", in}), "in.png is not an effect; it cannot be loaded"},
+      {5, render(in, out, WithFake("Fail")), "the effect failed: No paint left. \\(error 512\\)"},
+      {5, render(in, folder / "old.png", Arguments{"-y"} + WithFake("Fail Silently")), "ran out of memory"},
+  };
+  for (const auto& [status, arguments, message] : cases) {
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    const Outcome outcome = RunProgram(arguments);
+    EXPECT_EQ(status, outcome.status);
+    EXPECT_EQ("", outcome.out);
+    ExpectOneLine(outcome.err, message);
+    EXPECT_EQ(names, folder.Names());
+    EXPECT_EQ(old, media::ReadFile(folder / "old.png"));
+  }
+}
+
+TEST(Program, LeavesNothingBehindWhenInterrupted) {
+  const TemporaryFolder folder;
+  media::ClipOptions options;
+  options.width = 640;
+  options.height = 360;
+  media::MakeClip(folder / "in.mp4", options);
+  for (const int signal : {SIGINT, SIGTERM})
+    for (const char* output : {"out.mkv", "out.png"}) {
+      const bool video = std::string(output) == "out.mkv";
+      Program program(Arguments{"render", folder / "in.mp4", "--frames", video ? "1-10" : "1", "-o", folder / output} +
+                      WithFake("Wait For Cancel"));
+      program.AwaitMessage("rendering\n");
+      program.Send(signal);
+      const Outcome outcome = program.Wait();
+      EXPECT_EQ(128 + signal, outcome.status);
+      EXPECT_EQ("rendering\nquentara: interrupted; nothing unfinished is left behind\n", outcome.err);
+      EXPECT_THAT(folder.Names(), ElementsAre("in.mp4"));
+    }
+}
+
+TEST(Program, EndsAtTheSecondSignal) {
+  const TemporaryFolder folder;
+  WriteRandomPng(folder / "in.png");
+  Program program(Arguments{"render", folder / "in.png", "-o", folder / "out.png"} + WithFake("Ignore Cancel"));
+  program.AwaitMessage("rendering\n");
+  program.Send(SIGINT);
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  program.Send(SIGINT);
+  EXPECT_EQ(-SIGINT, program.Wait().status);
+}
+
+TEST(Params, PrintsTheTableAsJson) {
+  const Outcome outcome = RunProgram({"params", "--json", "--set", "7=14", "--set", "Blend With Original=12.5%"});
+  ASSERT_EQ(0, outcome.status) << outcome.err;
+  const nlohmann::json rows = nlohmann::json::parse(outcome.out);
+  ASSERT_EQ(159u, rows.size());
+  EXPECT_EQ(
+      nlohmann::json::parse(R"({"index": 27, "id": 7, "group": "Flat Shaded", "name": "Flatness", "kind": "slider",
+      "value": 14, "default": 10, "valid": [0, 100], "slider": [0, 50], "enabled": true})"),
+      rows[26]);
+  EXPECT_EQ(12.5, rows[158]["value"]);
+  EXPECT_EQ("#ffffff", rows[155]["default"]);
+  EXPECT_EQ(117u, nlohmann::json::parse(RunProgram({"params", "--json", "--host-version", "12.11"}).out).size());
+}
+
+TEST(Params, ShowsWhichRowsAreGreyed) {
+  const Arguments params = Arguments{"params"} + WithFake("Invert");
+  EXPECT_THAT(RunProgram(params + Arguments{"--set", "Tone=off"}).out, ContainsRegex("Level  .*\\(greyed\\)\n"));
+  EXPECT_THAT(RunProgram(params + Arguments{"--set", "Tone=on"}).out, testing::Not(testing::HasSubstr("greyed")));
+}
+
+}  // namespace
+}  // namespace quentara
