@@ -7,9 +7,17 @@
 #include <cstdint>
 #include <numeric>
 
+#include "render/plane.h"
+
 namespace quentara {
 
 using Histogram = std::array<std::int32_t, 256>;
+
+inline Histogram CountSamples(const BytePlane& plane) {
+  Histogram histogram = {};
+  for (std::ptrdiff_t i = 0, count = plane.numElements(); i < count; ++i) ++histogram[plane.data()[i]];
+  return histogram;
+}
 
 /// The sample of rank (n - 1) / 2, counted from 0, of the n samples counted: of two middle ones the smaller.
 /// @param histogram  not empty.

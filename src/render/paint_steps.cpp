@@ -8,6 +8,7 @@
 #include "paint/flat_detailed.h"
 #include "paint/flat_shaded.h"
 #include "paint/gouache.h"
+#include "paint/poster_paint.h"
 #include "render/lighter_step.h"
 #include "render/progress.h"
 #include "render/stage_predicates.h"
@@ -37,6 +38,10 @@ ChannelSet Paint(const GouacheSettings& s, const ChannelSet& picture) {
   return GouacheStyle(s.preblur + 2, s.presharpen + 1.0f, s.spread, s.postsharpen + 1.0f, s.quality, picture);
 }
 
+ChannelSet Paint(const PosterPaintSettings& s, const ChannelSet& picture) {
+  return PosterPaintStyle(s.paint1, s.paint2, s.blend, s.foreground, s.radius, s.contrast, picture);
+}
+
 ChannelSet PaintFlatDetailed(const RenderSettings& settings, const PointList& skinPoints, const ChannelSet& picture) {
   const FlatDetailedSettings& s = *settings.flatDetailed;
   const ChannelSet tone = DetailedTone(settings.lighter, picture);
@@ -55,6 +60,7 @@ ChannelSet PaintInStyle(const RenderSettings& settings, const PointList& skinPoi
   if (settings.crackle != nullptr) return Paint(*settings.crackle, picture);
   if (settings.droplet != nullptr) return Paint(*settings.droplet, picture);
   if (settings.gouache != nullptr) return Paint(*settings.gouache, picture);
+  if (settings.posterPaint != nullptr) return Paint(*settings.posterPaint, picture);
   return picture;
 }
 

@@ -15,7 +15,6 @@ void Refuse(bool wanted, const char* stage) {
 }  // namespace
 
 void RequireBuiltStages(const RenderSettings& settings) {
-  Refuse(settings.posterPaint != nullptr, "Poster Paint");
   Refuse(settings.duotone != nullptr, "Duotone Shading");
   Refuse(Visible(settings.halftone), "Halftone Pattern");
   Refuse(Visible(settings.softOutlines), "Soft Outlines");

@@ -7,6 +7,7 @@
 #include "paint/crackle.h"
 #include "paint/droplet.h"
 #include "paint/gouache.h"
+#include "paint/poster_paint.h"
 #include "support/planes.h"
 
 namespace quentara {
@@ -19,9 +20,9 @@ TEST(PaintInStyle, DerivesTheValuesOfEachStage) {
   const auto painted = [&](auto RenderSettings::*record, const auto& values) {
     RenderSettings settings;
     settings.*record = &values;
-    return PaintInStyle(settings, picture);
+    return PaintInStyle(settings, {}, picture);
   };
-  EXPECT_EQ("", FirstDifference(picture, PaintInStyle(RenderSettings(), picture)));
+  EXPECT_EQ("", FirstDifference(picture, PaintInStyle(RenderSettings(), {}, picture)));
   for (const auto& [lightMix, mix] : {std::pair{0.4f, 0.0f}, {0.6f, 1.0f}, {0.0f, -2.0f}, {1.0f, 3.0f}})
     EXPECT_EQ("", FirstDifference(AirbrushStyle(3, mix, -1.5f, picture),
                                   painted(&RenderSettings::airbrush, AirbrushSettings{3, lightMix, 1.5f})));
@@ -36,6 +37,9 @@ TEST(PaintInStyle, DerivesTheValuesOfEachStage) {
                                   painted(&RenderSettings::crackle, CrackleSettings{flatness, 10, separation, 1.0f})));
   EXPECT_EQ("", FirstDifference(DropletStyle(2, 0.85f, 4, picture),
                                 painted(&RenderSettings::droplet, DropletSettings{2, 0.85f})));
+  EXPECT_EQ("",
+            FirstDifference(PosterPaintStyle(4, 6, 0.25f, 0.85f, 3, 0.5f, picture),
+                            painted(&RenderSettings::posterPaint, PosterPaintSettings{4, 6, 0.25f, 0.85f, 3, 0.5f})));
 }
 
 }  // namespace
