@@ -21,7 +21,7 @@ ByteMap PowerMap(double exponent) {
   return MakeByteMap([&](int sample) {
     const double value = std::isinf(white) ? 255.0 * std::pow(sample / 255.0, exponent)
                                            : 255.0 * std::pow(static_cast<double>(sample), exponent) / white;
-    return static_cast<unsigned char>(value + 0.5);
+    return static_cast<unsigned char>(std::floor(value + 0.5));
   });
 }
 

@@ -24,10 +24,10 @@ inline Histogram CountSamples(const BytePlane& plane) {
 inline int LowerMedian(const Histogram& histogram) {
   const std::int64_t count = std::accumulate(histogram.begin(), histogram.end(), std::int64_t{0});
   assert(count > 0);
-  int sample = 0;
-  for (std::int64_t upTo = histogram[0]; upTo <= (count - 1) / 2; upTo += histogram[static_cast<std::size_t>(sample)])
-    ++sample;
-  return sample;
+  std::size_t sample = 0;
+  std::int64_t upTo = histogram[0];
+  while (upTo <= (count - 1) / 2) upTo += histogram[++sample];
+  return static_cast<int>(sample);
 }
 
 }  // namespace quentara

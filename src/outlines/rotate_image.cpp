@@ -113,8 +113,9 @@ Rotation::Rotation(int width, int height, float degrees)
   sine_ = static_cast<float>(std::sin(static_cast<double>(angle)));
   cosine_ = static_cast<float>(std::cos(static_cast<double>(angle)));
   const float w = static_cast<float>(width), h = static_cast<float>(height);
-  const float m0 = -cosine_ * w / 2.0f - sine_ * h / 2.0f + static_cast<float>(width / 2);
-  const float m1 = sine_ * w / 2.0f - cosine_ * h / 2.0f + static_cast<float>(height / 2);
+  const int middleX = width / 2, middleY = height / 2;
+  const float m0 = -cosine_ * w / 2.0f - sine_ * h / 2.0f + static_cast<float>(middleX);
+  const float m1 = sine_ * w / 2.0f - cosine_ * h / 2.0f + static_cast<float>(middleY);
   for (std::size_t x = 0; x < columnX_.size(); ++x) {
     columnX_[x] = m0 + cosine_ * static_cast<float>(x);
     columnY_[x] = m1 - sine_ * static_cast<float>(x);

@@ -24,8 +24,8 @@ namespace {
 class LineShades {
  public:
   LineShades() {
-    for (int level = 0; level < 256; ++level)
-      for (int luma = 0; luma < 256; ++luma) {
+    for (std::size_t level = 0; level < 256; ++level)
+      for (std::size_t luma = 0; luma < 256; ++luma) {
         const float ratio = std::min(256.0f * static_cast<float>(luma) / (static_cast<float>(level) + 1.0f), 255.0f);
         const unsigned char shade = level < 3 ? static_cast<unsigned char>(level) : ToByte(ratio);
         shades_[Place(luma, level)] = ToByte(SoftLightSelf(shade));
@@ -39,7 +39,7 @@ class LineShades {
   }
 
  private:
-  static std::size_t Place(int luma, int level) { return static_cast<std::size_t>(level * 256 + luma); }
+  static std::size_t Place(std::size_t luma, std::size_t level) { return level * 256 + luma; }
 
   std::array<unsigned char, 256 * 256> shades_;
 };
@@ -125,7 +125,7 @@ class DiagonalSquare {
 
   static int Side(const BytePlane& luma) {
     const double h = luma.rows(), w = luma.cols();
-    const int diagonal = static_cast<int>(std::sqrt(w * w + h * h) + 0.5);
+    const int diagonal = static_cast<int>(std::floor(std::sqrt(w * w + h * h) + 0.5));
     return diagonal + (diagonal % 2 == 1 ? 4 : 5);
   }
 
