@@ -152,11 +152,13 @@ void MeasureStrip(int thickness, const DiagonalSquare& square, const Window& str
                       lines + static_cast<std::ptrdiff_t>(y) * side + strip.left, strip.width);
 }
 
-void AverageDiagonals(int thickness, const BytePlane& luma, BytePlane& mask) {
+// Uses up `luma`.
+void AverageDiagonals(int thickness, BytePlane& luma, BytePlane& mask) {
   constexpr int kFirst = 2;
-  const int rows = mask.rows() - kFirst, width = mask.cols();
+  const int rows = mask.rows() - kFirst;
   if (rows <= 0) return;
   const DiagonalSquare square(luma);
+  luma.free();
   // Tall strips filter their overlap seldom, flat ones fit closely around the pixels needed.
   const int stripHeight = static_cast<int>(60.0 * std::sqrt(thickness));
   const std::vector<Window> strips = square.NeededStrips(kFirst, stripHeight);
@@ -168,10 +170,13 @@ void AverageDiagonals(int thickness, const BytePlane& luma, BytePlane& mask) {
   });
   Plugin::CheckStop();
   ForRowBands(rows, [&](int first, int count) {
-    const BytePlane diagonals(square.TurnedBack(lines, kFirst + first, count));
-    unsigned char* const samples = Row(mask, kFirst + first);
-    std::transform(samples, samples + static_cast<std::ptrdiff_t>(count) * width, diagonals.data(), samples,
-                   [](int a, int b) { return static_cast<unsigned char>((a + b + 1) / 2); });
+    constexpr int kRowsAtOnce = 64;
+    for (int row = kFirst + first, end = row + count; row < end; row += kRowsAtOnce) {
+      const BytePlane diagonals(square.TurnedBack(lines, row, std::min(kRowsAtOnce, end - row)));
+      unsigned char* const samples = Row(mask, row);
+      std::transform(diagonals.data(), diagonals.data() + diagonals.numElements(), samples, samples,
+                     [](int a, int b) { return static_cast<unsigned char>((a + b + 1) / 2); });
+    }
   });
 }
 
@@ -180,7 +185,7 @@ void AverageDiagonals(int thickness, const BytePlane& luma, BytePlane& mask) {
 ChannelSet ThickLineMask(int thickness, const ChannelSet& image, int quality) {
   assert(thickness >= 1);
   Plugin::CheckStop();
-  const BytePlane luma(LumaPlane601(image));
+  BytePlane luma(LumaPlane601(image));
   BytePlane levels(FilterInBands(
       thickness, [&](const BytePlane& band) { return MedianFilter(thickness, band); }, luma));
   Plugin::CheckStop();
