@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include "blur/blur_image.h"
+#include "imageops/luma.h"
 #include "imageops/skin_tones.h"
 #include "outlines/tint_foreground.h"
 #include "render/lighter_step.h"
+#include "render/outline_steps.h"
 #include "render/paint_steps.h"
 #include "render/progress.h"
 #include "render/stage_availability.h"
@@ -45,38 +48,54 @@ FrameBuffers HandOver(const ChannelSet& picture) {
 class FrameRender {
  public:
   explicit FrameRender(const RenderSettings& settings)
-      : settings_(settings), source_(CopyFrame(settings.frame)), work_(source_) {}
+      : settings_(settings), source_(CopyFrame(settings.frame)), work_(source_), outlineSource_(&source_) {}
 
   FrameBuffers Run() {
-    if (NeedsSkinPoints(settings_))
-      skinPoints_ = SkinPointList(source_.planes(0), source_.planes(1), source_.planes(2));
+    AnalyseTones();
     Report(1);
     BlurSource();
     Report(2);
     ApplyLighter(settings_, work_);
     Report(3);
-    if (!Tinted(settings_)) work_ = PaintInStyle(settings_, skinPoints_, work_);
+    if (!Tinted(settings_)) work_ = PaintInStyle(settings_, tones_.skinPoints, work_);
     Report(4);
     if (Tinted(settings_)) work_ = TintForeground(work_);
     Report(5);
+    BlurForOutlines();
     Report(6);
-    Report(7);
-    Report(8);
-    Report(9);
+    ApplyOutlines(settings_, {source_, *outlineSource_, tones_}, work_);
     return HandOver(work_);
   }
 
  private:
+  void AnalyseTones() {
+    if (NeedsSkinPoints(settings_))
+      tones_.skinPoints = SkinPointList(source_.planes(0), source_.planes(1), source_.planes(2));
+    if (NeedsToneLevels(settings_)) tones_.levels = ToneLevels(tones_.skinPoints, BrightestPlane(source_));
+  }
+
   void BlurSource() {
     if (settings_.mainBlur == nullptr) return;
     const bool inColor = (Detail(settings_) && !Tinted(settings_)) || Lit(settings_);
     work_ = BlurImage(*settings_.mainBlur, inColor ? ChannelMode : LumaMode, source_);
+    if (!settings_.useMainBlur || OutlineViewOf(settings_) == OutlineView::None) return;
+    outlineBlurred_.emplace(work_);
+    outlineSource_ = &*outlineBlurred_;
+  }
+
+  void BlurForOutlines() {
+    const OutlineView view = OutlineViewOf(settings_);
+    if (settings_.outlineBlur == nullptr || view == OutlineView::None) return;
+    outlineBlurred_ = BlurImage(*settings_.outlineBlur, view == OutlineView::Color ? ChannelMode : LumaMode, source_);
+    outlineSource_ = &*outlineBlurred_;
   }
 
   const RenderSettings& settings_;
   const ChannelSet source_;
   ChannelSet work_;
-  PointList skinPoints_;
+  FrameTones tones_;
+  std::optional<ChannelSet> outlineBlurred_;
+  const ChannelSet* outlineSource_;  ///< what the outlines analyse
 };
 
 }  // namespace

@@ -8,6 +8,11 @@ bool Tints(const StageSettings* stage) {
   return Visible(stage) && stage->tintForeground;
 }
 
+bool ShadowFamilyVisible(const RenderSettings& settings) {
+  return Visible(settings.shadowOutlines) || Visible(settings.woodcutOutlines) ||
+         Visible(settings.scratchboardOutlines);
+}
+
 }  // namespace
 
 bool Tinted(const RenderSettings& settings) {
@@ -15,8 +20,7 @@ bool Tinted(const RenderSettings& settings) {
 }
 
 bool Lit(const RenderSettings& settings) {
-  return settings.useMainBlur && (Visible(settings.shadowOutlines) || Visible(settings.woodcutOutlines) ||
-                                  Visible(settings.scratchboardOutlines));
+  return settings.useMainBlur && ShadowFamilyVisible(settings);
 }
 
 bool Detail(const RenderSettings& settings) {
@@ -28,8 +32,19 @@ bool FlatDetailedRuns(const RenderSettings& settings) {
 }
 
 bool NeedsSkinPoints(const RenderSettings& settings) {
-  return FlatDetailedRuns(settings) || Visible(settings.comicOutlines) || Visible(settings.shadowOutlines) ||
-         Visible(settings.woodcutOutlines) || Visible(settings.stipplePattern);
+  return FlatDetailedRuns(settings) || Visible(settings.comicOutlines) || NeedsToneLevels(settings);
+}
+
+bool NeedsToneLevels(const RenderSettings& settings) {
+  return Visible(settings.shadowOutlines) || Visible(settings.woodcutOutlines) || Visible(settings.stipplePattern);
+}
+
+OutlineView OutlineViewOf(const RenderSettings& settings) {
+  if (ShadowFamilyVisible(settings)) return OutlineView::Color;
+  const bool luma = Visible(settings.softOutlines) || Visible(settings.conteOutlines) ||
+                    Visible(settings.stipplePattern) ||
+                    (Visible(settings.markerOutlines) && !settings.markerOutlines->reuseCrackle);
+  return luma ? OutlineView::Luma : OutlineView::None;
 }
 
 bool ReusesCrackle(const RenderSettings& settings) {

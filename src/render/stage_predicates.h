@@ -26,6 +26,13 @@ bool FlatDetailedRuns(const RenderSettings& settings);
 /// A stage that runs looks at the skin tones of the source.
 bool NeedsSkinPoints(const RenderSettings& settings);
 
+/// A stage that runs takes the median and spread of the skin tones of the source.
+bool NeedsToneLevels(const RenderSettings& settings);
+
+/// How the outlines look at the picture that Outline Blur makes for them.
+enum class OutlineView { None, Luma, Color };
+OutlineView OutlineViewOf(const RenderSettings& settings);
+
 /// Marker Outlines takes its lines from the picture that Crackle painted.
 bool ReusesCrackle(const RenderSettings& settings);
 
