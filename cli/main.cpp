@@ -7,6 +7,7 @@
 
 #include "commands/commands.h"
 #include "errors.h"
+#include "host/effect.h"
 #include "interruption.h"
 #include "media/errors.h"
 #include "parameters/text.h"
@@ -17,6 +18,16 @@ namespace {
 int Fail(int status, const char* message) {
   std::fprintf(stderr, "quentara: %s\n", message);
   return status;
+}
+
+/// The program's version and, where one is found, what the effect says about itself.
+void PrintVersion() {
+  std::puts("quentara " QUENTARA_VERSION);
+  try {
+    std::puts(Effect(DefaultEffectPath(), {}).About().c_str());
+  } catch (const EffectError&) {
+  }
+  throw CLI::Success();
 }
 
 /// @throws UsageError when the first word is no command.
@@ -31,7 +42,7 @@ void CheckCommand(const CLI::App& program, int argc, char** argv) {
 
 int Run(int argc, char** argv) {
   CLI::App program("Turns footage into drawn and painted pictures.", "quentara");
-  program.set_version_flag("--version", "quentara " QUENTARA_VERSION, "Print the version and exit");
+  program.add_flag_callback("--version", PrintVersion, "Print the versions of the program and the effect and exit");
   program.set_help_flag("-h,--help", "Print this help and exit");
   program.require_subcommand(1);
   program.get_formatter()->column_width(34);

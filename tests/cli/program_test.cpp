@@ -207,6 +207,12 @@ TEST(Program, EndsAtTheSecondSignal) {
   EXPECT_EQ(-SIGINT, program.Wait().status);
 }
 
+TEST(Program, TellsItsVersionAndTheEffects) {
+  const Outcome outcome = RunProgram({"--version"});
+  EXPECT_EQ(0, outcome.status);
+  EXPECT_THAT(outcome.out, testing::MatchesRegex("quentara [0-9.]+\nVelmor! [0-9.]+ .*\n"));
+}
+
 TEST(Params, PrintsTheTableAsJson) {
   const Outcome outcome = RunProgram({"params", "--json", "--set", "7=14", "--set", "Blend With Original=12.5%"});
   ASSERT_EQ(0, outcome.status) << outcome.err;
