@@ -10,8 +10,8 @@ namespace quentara::cli {
 namespace {
 
 std::vector<PF_ParamDef*> PointersTo(std::vector<PF_ParamDef>& records) {
-  std::vector<PF_ParamDef*> pointers;
-  for (PF_ParamDef& record : records) pointers.push_back(&record);
+  std::vector<PF_ParamDef*> pointers(records.size());
+  std::transform(records.begin(), records.end(), pointers.begin(), [](PF_ParamDef& record) { return &record; });
   return pointers;
 }
 

@@ -25,7 +25,9 @@ EffectLibrary::EffectLibrary(const std::string& path) {
   if (!fs::is_regular_file(path, error)) throw EffectError("there is no effect at " + path);
   // Without a slash, dlopen would search the system's libraries instead.
   library_ = dlopen(fs::absolute(path).c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (!library_) throw EffectError(path + " is not an effect; it cannot be loaded: " + dlerror());
+  // glibc keeps the text of dlerror per thread.
+  if (!library_)
+    throw EffectError(path + " is not an effect; it cannot be loaded: " + dlerror());  // NOLINT(concurrency-mt-unsafe)
   entry_ = reinterpret_cast<EffectEntry>(dlsym(library_, "PluginEntry"));
   if (!entry_) {
     dlclose(library_);

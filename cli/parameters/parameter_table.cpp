@@ -43,6 +43,7 @@ const Parameter& ParameterTable::Find(std::string_view text) const {
   if (preferred.size() == 1) return *preferred.front();
 
   std::vector<std::string> described;
+  described.reserve(candidates.size());
   for (const Parameter* row : candidates)
     described.push_back(Quoted(row->Path()) + " (" + std::to_string(row->id) + ")");
   throw UsageError(Quoted(name) + " could be " + Joined(described, " or ") + "; give its group or its number");
