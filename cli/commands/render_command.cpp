@@ -1,3 +1,7 @@
+extern "C" {
+#include <libavutil/parseutils.h>
+}
+
 #include <algorithm>
 #include <optional>
 #include <thread>
@@ -22,6 +26,8 @@ struct RenderOptions {
   std::string frames;
   std::string downsample;
   std::string preview;
+  std::string frameRate;
+  bool noAudio = false;
   int threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 256u));
   bool overwrite = false;
   bool quiet = false;
@@ -52,6 +58,13 @@ Downsampling DownsamplingOf(const RenderOptions& options) {
   return {};
 }
 
+media::Rational FrameRateOf(const std::string& text) {
+  AVRational rate;
+  if (av_parse_video_rate(&rate, text.c_str()) < 0)
+    throw UsageError("--fps takes frames per second such as 25, 23.976 or 24000/1001, not \"" + text + "\"");
+  return {rate.num, rate.den};
+}
+
 void CheckInterruption() {
   if (InterruptingSignal() != 0) throw Cancelled();
 }
@@ -79,6 +92,8 @@ void Run(const RenderOptions& options) {
   if (!options.preview.empty()) input = ReduceInput(std::move(input), downsampling);
   media::OutputOptions outputOptions;
   outputOptions.overwrite = options.overwrite;
+  outputOptions.audio = !options.noAudio;
+  if (!options.frameRate.empty()) outputOptions.frameRate = FrameRateOf(options.frameRate);
   const std::unique_ptr<media::Output> output = media::OpenOutput(options.output, *input, outputOptions);
 
   ProgressReport progress(input->Info().frameCount, options.quiet);
@@ -109,6 +124,9 @@ void AddRenderCommand(CLI::App& program) {
       add("--preview", options->preview, "Reduce the frames to this fraction, such as 1/2;\nradii follow", "N/D");
   add("--downsample", options->downsample, "The input is already reduced to this fraction;\nradii follow", "N/D")
       ->excludes(preview);
+  add("--fps", options->frameRate, "Frames per second of a video made from pictures [24];\na video keeps its own",
+      "RATE");
+  command->add_flag("--no-audio", options->noAudio, "Leave the audio of a video out");
   command->add_flag("-q,--quiet", options->quiet, "Show no progress");
   command->footer("Example: quentara render clip.mp4 -o painted.mp4 --set \"Flat Shaded/Flatness=14\"");
   command->callback([options] { Run(*options); });

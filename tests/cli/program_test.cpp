@@ -149,6 +149,7 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
       {2, render(in, out, {"--threads", "0"}), "1 to 256"},
       {2, render(in, out, {"--frames", "5-"}), "5-"},
       {2, render(in, out, {"--preview", "3/2"}), "--preview takes a fraction"},
+      {2, render(in, out, {"--fps", "0"}), "--fps takes frames per second"},
       {2, render(in, out, {"--preview", "1/2", "--downsample", "1/2"}), "excludes"},
       {2, render(in, out, {"--host-version", "new"}), "--host-version takes a version"},
       {2, render(in, out, {"--set", "Flatnes=3"}), "did you mean \"Flatness\""},
