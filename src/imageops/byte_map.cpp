@@ -18,9 +18,10 @@ void MapRun(const ByteMap& map, const unsigned char* samples, unsigned char* map
 ByteMap PowerMap(double exponent) {
   assert(exponent >= 0.0);
   const double white = std::pow(255.0, exponent);
+  const bool tooLarge = std::isinf(255.0 * white);
   return MakeByteMap([&](int sample) {
-    const double value = std::isinf(white) ? 255.0 * std::pow(sample / 255.0, exponent)
-                                           : 255.0 * std::pow(static_cast<double>(sample), exponent) / white;
+    const double value = tooLarge ? 255.0 * std::pow(sample / 255.0, exponent)
+                                  : 255.0 * std::pow(static_cast<double>(sample), exponent) / white;
     return static_cast<unsigned char>(std::floor(value + 0.5));
   });
 }
@@ -30,6 +31,10 @@ ByteMap SinglePowerMap(float exponent) {
   const auto power = [&](double base) { return static_cast<float>(std::pow(base, static_cast<double>(exponent))); };
   const float white = power(255.0);
   return MakeByteMap([&](int sample) { return ToByte(255.0f * power(sample) / white); });
+}
+
+ByteMap NegativeMap() {
+  return MakeByteMap([](int sample) { return static_cast<unsigned char>(255 - sample); });
 }
 
 BytePlane MapBytes(const ByteMap& map, const BytePlane& plane) {

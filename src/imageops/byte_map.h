@@ -21,10 +21,13 @@ ByteMap MakeByteMap(const Function& function) {
 /// The power curve that keeps 0 and 255: sample -> trunc(255 * sample^exponent / 255^exponent + 0.5).
 ///
 /// One form computes in double precision, the other in single precision with each power the double one, rounded.
-/// Where 255^exponent is beyond the range of a double, the equal form 255 * (sample / 255)^exponent stands in.
+/// Where 255 * 255^exponent is beyond the range of a double, the equal form 255 * (sample / 255)^exponent stands in.
 /// @param exponent  >= 0; the single-precision form takes up to 15. At 0 every sample, 0 included, becomes 255.
 ByteMap PowerMap(double exponent);
 ByteMap SinglePowerMap(float exponent);
+
+/// sample -> 255 - sample.
+ByteMap NegativeMap();
 
 /// result(y, x) = map[plane(y, x)].
 BytePlane MapBytes(const ByteMap& map, const BytePlane& plane);

@@ -28,7 +28,11 @@ TEST(PowerMap, TakesExponentsBeyondTheRangeOfADouble) {
   const ByteMap map = PowerMap(6100.0);  // 255^6100 has no double
   EXPECT_EQ(255, map[255]);
   EXPECT_EQ(0, map[254]);
-  EXPECT_EQ(94, PowerMap(254.0)[254]);  // 255 / e, about
+  EXPECT_EQ(94, PowerMap(254.0)[254]);            // 255 / e, about
+  for (const double exponent : {127.5, 128.0}) {  // 255^exponent has one, but 255 times that has none
+    EXPECT_EQ(255, PowerMap(exponent)[255]) << exponent;
+    EXPECT_EQ(std::floor(255.0 * std::pow(254.0 / 255.0, exponent) + 0.5), PowerMap(exponent)[254]) << exponent;
+  }
 }
 
 TEST(MapBytes, LooksUpEverySampleWithAnyWorkers) {
