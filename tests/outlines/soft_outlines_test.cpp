@@ -1,0 +1,124 @@
+#include "outlines/soft_outlines.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "blur/small_smooth.h"
+#include "imageops/hsv.h"
+#include "outlines/soft_line_merge.h"
+#include "outlines/thick_line_mask.h"
+#include "support/expect_styles.h"
+
+namespace quentara {
+namespace {
+
+float Pow(float base, float exponent) {
+  return static_cast<float>(std::pow(static_cast<double>(base), static_cast<double>(exponent)));
+}
+
+FloatPlane Powered(const BytePlane& mask, float exponent) {
+  FloatPlane powered(mask.rows(), mask.cols());
+  for (int p = 0; p < static_cast<int>(mask.numElements()); ++p)
+    powered.data()[p] = 255.0f * Pow(mask.data()[p], exponent) / Pow(255.0f, exponent);
+  return powered;
+}
+
+// Step by step over whole planes, with the value of 255 or that of a picture under the lines.
+FloatPlane MergedByDefinition(const SoftLines& soft, const FloatPlane* value) {
+  FloatPlane p(Powered(soft.lines.planes(0), soft.exponent)), q(Powered(soft.thickLines.planes(0), soft.thickExponent));
+  for (float& a : p) {
+    const float mul = a * a / 255.0f, scr = 255.0f - (255.0f - a) * (255.0f - a) / 255.0f;
+    a = ((255.0f - a) * mul + a * scr) / 255.0f;
+  }
+  if (value != nullptr) {
+    p = *value * p / 255.0f;
+    q = *value * q / 255.0f;
+  }
+  p = q * 0.5f + p * 0.5f;
+  const FloatPlane s(BoxSmooth3Float(1, p));
+  const FloatPlane t(1.0f - p / 255.0f);
+  return FloatPlane(p * t + s * (1.0f - t));
+}
+
+ChannelSet StageByDefinition(const SoftOutlineSettings& settings, const OutlineColor& color, const ChannelSet& source,
+                             const ChannelSet& picture, bool alone) {
+  const auto mask = [&](int thickness) { return ThickLineMask(thickness, source, settings.quality); };
+  const SoftLines soft{12.0f - (1.0f - settings.strength) * 20.0f / 3.0f, 11.0f - (1.0f - settings.strength) * 10.0f,
+                       mask(settings.thickness), mask(settings.thickness + 1)};
+  const FloatChannelSet hsv = RgbToHsv(picture);
+  const bool black = color.colorClass == OutlineColorClass::Black;
+  FloatPlane merged(MergedByDefinition(soft, black ? &hsv.planes(2) : nullptr));
+  if (!black || !alone) merged = blitz::floor(merged + 0.5f);
+  ChannelSet out = picture;
+  if (black) {
+    const std::vector<FloatChannelSet> split = hsv.Split();
+    out = HsvToRgb(split[0], split[1], FloatChannelSet("F", picture.width(), picture.height(), merged));
+  } else {
+    ChannelSet mask8("L", picture.width(), picture.height());
+    mask8.planes(0) = blitz::cast<unsigned char>(merged);
+    out = OverlayOutlineColor(picture, mask8, color);
+  }
+  if (settings.transparency > 0.0f) MixImages(picture, out, 1.0f - settings.transparency);
+  return out;
+}
+
+// With frames lower than the workers, bands of a single row, and bands of several strips.
+TEST(SoftOutlines, EqualTheirDefinitionWithOneWorkerAndWithSeveral) {
+  std::mt19937 rng(51);
+  for (const auto& [height, width] : {std::pair{1, 1}, {1, 19}, {19, 1}, {2, 2}, {5, 6}, {9, 12}, {100, 23}})
+    for (const auto& [strength, transparency, quality] :
+         {std::tuple{0.5f, 0.0f, kFast}, {0.0f, 0.35f, kHigh}, {1.0f, 0.5f, kFast}})
+      for (const Color& color : {Color{0.0f, 0.0f, 0.0f}, {0.4f, 0.4f, 0.4f}, {0.8f, 0.1f, 0.3f}})
+        for (const int workers : {1, 2, 7}) {
+          SCOPED_TRACE(testing::Message() << height << "x" << width << " strength " << strength << " red " << color.red
+                                          << " workers " << workers);
+          StandaloneHost host(workers);
+          const Plugin::HostScope scope(host);
+          const ChannelSet source = RandomPicture(height, width, rng), picture = RandomPicture(height, width, rng);
+          const SoftOutlineSettings settings{strength, 1 + static_cast<int>(rng() % 4), transparency, quality};
+          const OutlineColor outline = MakeOutlineColor(color);
+          EXPECT_EQ("", FirstDifference(StageByDefinition(settings, outline, source, picture, workers == 1),
+                                        SoftOutlines(settings, outline, source, picture)));
+        }
+}
+
+SoftLines FlatLines(float exponent, int line, float thickExponent, int thickLine) {
+  SoftLines soft{exponent, thickExponent, ChannelSet("L", 4, 3), ChannelSet("L", 4, 3)};
+  soft.lines.planes(0) = static_cast<unsigned char>(line);
+  soft.thickLines.planes(0) = static_cast<unsigned char>(thickLine);
+  return soft;
+}
+
+TEST(SoftLineMerge, MeetsItsWorkedNumbers) {
+  const ChannelSet image("L", 2, 2);
+  EXPECT_EQ(12.0f, FindSoftLines(1.0f, 1, kFast, image).exponent);
+  EXPECT_EQ(11.0f, FindSoftLines(1.0f, 1, kFast, image).thickExponent);
+  EXPECT_FLOAT_EQ(16.0f / 3.0f, FindSoftLines(0.0f, 1, kFast, image).exponent);
+  EXPECT_EQ(1.0f, FindSoftLines(0.0f, 1, kFast, image).thickExponent);
+  const auto merged = [](const SoftLines& soft) { return static_cast<int>(SoftLineMerge(soft).planes(0)(1, 1)); };
+  EXPECT_EQ(255, merged(FlatLines(12.0f, 255, 11.0f, 255)));
+  EXPECT_EQ(0, merged(FlatLines(12.0f, 128, 11.0f, 128)));  // half a grey to so high a power is nothing
+  EXPECT_EQ(50, merged(FlatLines(12.0f, 0, 1.0f, 100)));
+  EXPECT_EQ(178, merged(FlatLines(12.0f, 255, 1.0f, 100)));  // 177.5
+}
+
+TEST(SoftLineOnValue, KeepsHueAndSaturation) {
+  ChannelSet picture("RGB", 4, 3);
+  picture.planes(0) = 240;
+  picture.planes(1) = 60;
+  picture.planes(2) = 60;
+  for (const int workers : {1, 2}) {
+    StandaloneHost host(workers);
+    const Plugin::HostScope scope(host);
+    const ChannelSet kept = SoftLineOnValue(FlatLines(12.0f, 255, 11.0f, 255), picture);
+    EXPECT_EQ("", FirstDifference(picture, kept));
+    const ChannelSet half = SoftLineOnValue(FlatLines(12.0f, 0, 1.0f, 255), picture);
+    EXPECT_EQ(120, half.planes(0)(1, 2));
+    EXPECT_EQ(30, half.planes(1)(1, 2));
+    EXPECT_EQ(30, half.planes(2)(1, 2));
+  }
+}
+
+}  // namespace
+}  // namespace quentara
