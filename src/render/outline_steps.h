@@ -18,6 +18,7 @@ struct OutlineInputs {
   const ChannelSet& source;
   const ChannelSet& outlineSource;  ///< the source, blurred for the outlines
   const FrameTones& tones;
+  const BytePlane* crackleLines;  ///< the luma that Crackle painted, if Marker Outlines is to follow it; else null
 };
 
 /// Lays every visible outline over the picture and reports 7, 8 and 9 on the way.

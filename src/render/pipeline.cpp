@@ -58,12 +58,13 @@ class FrameRender {
     ApplyLighter(settings_, work_);
     Report(3);
     if (!Tinted(settings_)) work_ = PaintInStyle(settings_, tones_.skinPoints, work_);
+    if (ReusesCrackle(settings_)) crackleLines_.emplace(LumaPlane709(work_));
     Report(4);
     if (Tinted(settings_)) work_ = TintForeground(work_);
     Report(5);
     BlurForOutlines();
     Report(6);
-    ApplyOutlines(settings_, {source_, *outlineSource_, tones_}, work_);
+    ApplyOutlines(settings_, {source_, *outlineSource_, tones_, crackleLines_ ? &*crackleLines_ : nullptr}, work_);
     return HandOver(work_);
   }
 
@@ -94,6 +95,7 @@ class FrameRender {
   const ChannelSet source_;
   ChannelSet work_;
   FrameTones tones_;
+  std::optional<BytePlane> crackleLines_;
   std::optional<ChannelSet> outlineBlurred_;
   const ChannelSet* outlineSource_;  ///< what the outlines analyse
 };

@@ -17,13 +17,7 @@ void Refuse(bool wanted, const char* stage) {
 void RequireBuiltStages(const RenderSettings& settings) {
   Refuse(settings.duotone != nullptr, "Duotone Shading");
   Refuse(Visible(settings.halftone), "Halftone Pattern");
-  Refuse(Visible(settings.softOutlines), "Soft Outlines");
-  Refuse(Visible(settings.comicOutlines), "Comic Outlines");
-  Refuse(Visible(settings.markerOutlines), "Marker Outlines");
-  Refuse(Visible(settings.conteOutlines), "Conte Outlines");
-  Refuse(Visible(settings.shadowOutlines), "Shadow Outlines");
   Refuse(Visible(settings.woodcutOutlines), "Woodcut Outlines");
-  Refuse(Visible(settings.scratchboardOutlines), "Scratchboard Outlines");
   Refuse(Visible(settings.stipplePattern), "Stipple Pattern");
 }
 

@@ -39,6 +39,10 @@ bool NeedsToneLevels(const RenderSettings& settings) {
   return Visible(settings.shadowOutlines) || Visible(settings.woodcutOutlines) || Visible(settings.stipplePattern);
 }
 
+const BlurSettings* OutlineBlurOf(const RenderSettings& settings) {
+  return settings.useMainBlur && settings.mainBlur != nullptr ? settings.mainBlur : settings.outlineBlur;
+}
+
 OutlineView OutlineViewOf(const RenderSettings& settings) {
   if (ShadowFamilyVisible(settings)) return OutlineView::Color;
   const bool luma = Visible(settings.softOutlines) || Visible(settings.conteOutlines) ||

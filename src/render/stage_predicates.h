@@ -29,6 +29,10 @@ bool NeedsSkinPoints(const RenderSettings& settings);
 /// A stage that runs takes the median and spread of the skin tones of the source.
 bool NeedsToneLevels(const RenderSettings& settings);
 
+/// The blur of what the outlines analyse: that of Main Blur with "Use Main Blur", otherwise that of Outline Blur; null
+/// when it has no effect.
+const BlurSettings* OutlineBlurOf(const RenderSettings& settings);
+
 /// How the outlines look at the picture that Outline Blur makes for them.
 enum class OutlineView { None, Luma, Color };
 OutlineView OutlineViewOf(const RenderSettings& settings);
