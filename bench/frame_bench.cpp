@@ -26,22 +26,37 @@ ChannelSet NaturalPicture(int height, int width) {
 
 constexpr BlurSettings kMainBlur = {BlurType::Box, 3, 15, kHigh, 0.25f, 5, 10};
 constexpr FlatShadedSettings kFlatShaded = {10, 20, 1.0f, kHigh};
+constexpr AirbrushSettings kAirbrush = {8, 0.4f, 1.5f};
+constexpr BristleSettings kBristle = {5.0f, 3, 0.5f, kHigh};
+constexpr CrackleSettings kCrackle = {10, 10, 5, 1.0f};
+constexpr DropletSettings kDroplet = {3, 0.85f};
+constexpr GouacheSettings kGouache = {8, 0.75f, 3, 0.25f, kHigh};
+constexpr PosterPaintSettings kPosterPaint = {6, 6, 0.5f, 0.85f, 10, 0.5f};
 
 struct FrameCase {
   const char* name;
   std::function<void(RenderSettings&)> choose;
 };
 
-void PaintFlatShaded(RenderSettings& settings) {
-  settings.mainBlur = &kMainBlur;
-  settings.useMainBlur = true;
-  settings.style = Style::FlatShaded;
-  settings.flatShaded = &kFlatShaded;
+template <class Record>
+FrameCase Painted(const char* name, Style style, const Record* RenderSettings::*member, const Record& record) {
+  return {name, [=, &record](RenderSettings& settings) {
+            settings.mainBlur = &kMainBlur;
+            settings.useMainBlur = true;
+            settings.style = style;
+            settings.*member = &record;
+          }};
 }
 
 const FrameCase kFrames[] = {
     {"main_blur", [](RenderSettings& settings) { settings.mainBlur = &kMainBlur; }},
-    {"flat_shaded", PaintFlatShaded},
+    Painted("flat_shaded", Style::FlatShaded, &RenderSettings::flatShaded, kFlatShaded),
+    Painted("airbrush", Style::Airbrush, &RenderSettings::airbrush, kAirbrush),
+    Painted("bristle", Style::Bristle, &RenderSettings::bristle, kBristle),
+    Painted("crackle", Style::Crackle, &RenderSettings::crackle, kCrackle),
+    Painted("droplet", Style::Droplet, &RenderSettings::droplet, kDroplet),
+    Painted("gouache", Style::Gouache, &RenderSettings::gouache, kGouache),
+    Painted("poster_paint", Style::PosterPaint, &RenderSettings::posterPaint, kPosterPaint),
 };
 
 void RenderFrame(benchmark::State& state, const FrameCase& frame, int height, int width, int threads) {

@@ -6,8 +6,11 @@
 #include <utility>
 
 #include "bench_planes.h"
+#include "imageops/box_mean_filter.h"
+#include "imageops/diamond_filters.h"
 #include "imageops/max_filter.h"
 #include "imageops/median_filter.h"
+#include "imageops/mode_filter.h"
 #include "imageops/range_mean_filter.h"
 #include "imageops/range_median_filter.h"
 
@@ -32,6 +35,12 @@ const std::pair<const char*, Filter> kFilters[] = {
     {"median", [](int r, const BytePlane& p) { return Data(MedianFilter(r, p)); }},
     {"deviation", [](int r, const BytePlane& p) { return Data(MedianDeviationFilter(r, p, p)); }},
     {"max", [](int r, const BytePlane& p) { return Data(MaxFilter(r, p)); }},
+    {"min", [](int r, const BytePlane& p) { return Data(MinFilter(r, p)); }},
+    {"box-mean", [](int r, const BytePlane& p) { return Data(BoxMeanFilter(r, p)); }},
+    {"mode", [](int r, const BytePlane& p) { return Data(ModeFilter(r, p)); }},
+    {"range-mode-2", [](int r, const BytePlane& p) { return Data(RangeModeFilter2(r, p, p, r)); }},
+    {"diamond-median", [](int r, const BytePlane& p) { return Data(DiamondMedianFilter(r, p)); }},
+    {"diamond-deviation", [](int r, const BytePlane& p) { return Data(DiamondDeviationFilter(r, p, p)); }},
     {"range-mean", [](int r, const BytePlane& p) { return Data(RangeMeanFilter(r, p, Limit(r))); }},
     {"range-mean-2", [](int r, const BytePlane& p) { return Data(RangeMeanFilter2(r, p, p, Limit(r))); }},
     {"range-median-2", [](int r, const BytePlane& p) { return Data(RangeMedianFilter2(r, p, p, Limit(r))); }},

@@ -40,7 +40,7 @@ void DivideRow(const Sum* before, const Sum* behind, const float* counts, float 
 }  // namespace
 
 BytePlane BoxMeanFilter(int radius, const BytePlane& plane) {
-  assert(radius >= 0 && radius <= 127);  // a sum of 255^2 samples is still exact in single precision
+  assert(radius >= 0);
   const int height = plane.rows(), width = plane.cols();
   const int across = std::min(radius, width), down = std::min(radius, height);
   BytePlane result(height, width);

@@ -11,7 +11,7 @@ namespace quentara {
 /// Runs on the calling thread; a result depends on rows up to `radius` away. Method: running sums down the columns and
 /// along the rows, so the cost does not depend on the radius.
 ///
-/// @param radius  in pixels, 0 .. 127; 0 gives the plane back.
+/// @param radius  in pixels, >= 0; 0 gives the plane back. A window has at most 65536 samples: their sum is then exact.
 /// @param plane   height x width, samples 0..255, of any size.
 /// @return same size, samples 0..255.
 BytePlane BoxMeanFilter(int radius, const BytePlane& plane);

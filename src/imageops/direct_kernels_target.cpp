@@ -31,6 +31,16 @@ void MeanOfNear(const uint16_t* __restrict sums, const uint16_t* __restrict coun
 }
 
 template <int taps>
+void CountNotAbove(const uint8_t* __restrict values, const uint8_t* __restrict limits, uint8_t* __restrict counts,
+                   int width) {
+  for (int x = 0; x < width; ++x) {
+    uint8_t count = counts[x];
+    for (int i = 0; i < taps; ++i) count = static_cast<uint8_t>(count + (values[x + i] <= limits[x] ? 1 : 0));
+    counts[x] = count;
+  }
+}
+
+template <int taps>
 void AddDistances(const uint8_t* __restrict values, const uint8_t* __restrict medians, int* __restrict sums,
                   int width) {
   for (int x = 0; x < width; ++x) {
@@ -49,6 +59,8 @@ extern const DirectKernels kDirectKernels;
 const DirectKernels kDirectKernels = {
     {nullptr, AddNear<1>, AddNear<2>, AddNear<3>, AddNear<4>, AddNear<5>, AddNear<6>, AddNear<7>, AddNear<8>},
     MeanOfNear,
+    {nullptr, CountNotAbove<1>, CountNotAbove<2>, CountNotAbove<3>, CountNotAbove<4>, CountNotAbove<5>,
+     CountNotAbove<6>, CountNotAbove<7>, CountNotAbove<8>},
     {nullptr, AddDistances<1>, AddDistances<2>, AddDistances<3>, AddDistances<4>, AddDistances<5>, AddDistances<6>,
      AddDistances<7>, AddDistances<8>}};
 

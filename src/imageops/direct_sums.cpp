@@ -13,14 +13,6 @@ int WindowSize(WindowReach reach) {
   return (2 * reach.rows + 1) * (2 * reach.columns + 1);
 }
 
-// The plane with `columns` zeros before and behind each row.
-BytePlane PadRows(const BytePlane& plane, int columns) {
-  BytePlane padded(plane.rows(), plane.cols() + 2 * columns);
-  padded = 0;
-  for (int y = 0; y < plane.rows(); ++y) std::copy_n(Row(plane, y), plane.cols(), Row(padded, y) + columns);
-  return padded;
-}
-
 // Calls add(taps, samples) for the samples of all windows of row y: samples[x] .. samples[x + taps - 1] for pixel x.
 template <class Add>
 void ForTaps(WindowReach reach, const BytePlane& padded, int y, int mostTaps, const Add& add) {
@@ -39,6 +31,13 @@ void ForPaddedWindows(WindowReach reach, int y, int height, int width, const Pix
 }
 
 }  // namespace
+
+BytePlane PadRows(const BytePlane& plane, int columns) {
+  BytePlane padded(plane.rows(), plane.cols() + 2 * columns);
+  padded = 0;
+  for (int y = 0; y < plane.rows(); ++y) std::copy_n(Row(plane, y), plane.cols(), Row(padded, y) + columns);
+  return padded;
+}
 
 bool PrefersDirectMean(WindowReach reach, int limit) {
   return limit <= 127 && WindowSize(reach) <= 23 * 23 && WindowSize(reach) * (2 * limit + 1) <= 65535;

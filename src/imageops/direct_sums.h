@@ -6,6 +6,9 @@
 
 namespace quentara {
 
+/// The plane with `columns` zeros before and behind each row.
+BytePlane PadRows(const BytePlane& plane, int columns);
+
 /// Whether the direct sums hold these windows and are faster than column histograms, as measured by scripts/bench.
 bool PrefersDirectMean(WindowReach reach, int limit);
 bool PrefersDirectDistances(WindowReach reach);

@@ -56,6 +56,30 @@ LANES_INLINE int CountNotAbove(Lanes a, int limit) {
   return 16 - __builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above))) / 2;
 }
 
+LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
+  return {_mm256_and_si256(a.v, b.v)};
+}
+LANES_INLINE Lanes operator|(Lanes a, Lanes b) {
+  return {_mm256_or_si256(a.v, b.v)};
+}
+/// The lanes of a where the mask has none of its bits.
+LANES_INLINE Lanes Without(Lanes a, Lanes mask) {
+  return {_mm256_andnot_si256(mask.v, a.v)};
+}
+/// All bits of the lanes in which a is above b, both signed.
+LANES_INLINE Lanes IsAbove(Lanes a, Lanes b) {
+  return {_mm256_cmpgt_epi16(a.v, b.v)};
+}
+LANES_INLINE Lanes LargerLanes(Lanes a, Lanes b) {
+  return {_mm256_max_epi16(a.v, b.v)};
+}
+LANES_INLINE Lanes EveryLane(int value) {
+  return {_mm256_set1_epi16(static_cast<short>(value))};
+}
+LANES_INLINE __m128i LargerHalf(Lanes a) {
+  return _mm_max_epi16(_mm256_castsi256_si128(a.v), _mm256_extracti128_si256(a.v, 1));
+}
+
 /// Products of lanes, at most 32767 each, summed in pairs.
 LANES_INLINE WideLanes MultiplyAdd(Lanes a, Lanes b) {
   return {_mm256_madd_epi16(a.v, b.v)};
@@ -120,6 +144,31 @@ LANES_INLINE int CountNotAbove(Lanes a, int limit) {
   return 16 - __builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(above)));
 }
 
+LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
+  return {_mm_and_si128(a.low, b.low), _mm_and_si128(a.high, b.high)};
+}
+LANES_INLINE Lanes operator|(Lanes a, Lanes b) {
+  return {_mm_or_si128(a.low, b.low), _mm_or_si128(a.high, b.high)};
+}
+/// The lanes of a where the mask has none of its bits.
+LANES_INLINE Lanes Without(Lanes a, Lanes mask) {
+  return {_mm_andnot_si128(mask.low, a.low), _mm_andnot_si128(mask.high, a.high)};
+}
+/// All bits of the lanes in which a is above b, both signed.
+LANES_INLINE Lanes IsAbove(Lanes a, Lanes b) {
+  return {_mm_cmpgt_epi16(a.low, b.low), _mm_cmpgt_epi16(a.high, b.high)};
+}
+LANES_INLINE Lanes LargerLanes(Lanes a, Lanes b) {
+  return {_mm_max_epi16(a.low, b.low), _mm_max_epi16(a.high, b.high)};
+}
+LANES_INLINE Lanes EveryLane(int value) {
+  const __m128i v = _mm_set1_epi16(static_cast<short>(value));
+  return {v, v};
+}
+LANES_INLINE __m128i LargerHalf(Lanes a) {
+  return _mm_max_epi16(a.low, a.high);
+}
+
 /// Products of lanes, at most 32767 each, summed in pairs.
 LANES_INLINE WideLanes MultiplyAdd(Lanes a, Lanes b) {
   return {_mm_madd_epi16(a.low, b.low), _mm_madd_epi16(a.high, b.high)};
@@ -135,6 +184,14 @@ LANES_INLINE __m128i Halved(WideLanes a) {
 }
 
 #endif
+
+LANES_INLINE int LargestLane(Lanes a) {
+  __m128i most = LargerHalf(a);
+  most = _mm_max_epi16(most, _mm_shuffle_epi32(most, _MM_SHUFFLE(1, 0, 3, 2)));
+  most = _mm_max_epi16(most, _mm_shuffle_epi32(most, _MM_SHUFFLE(2, 3, 0, 1)));
+  most = _mm_max_epi16(most, _mm_shufflelo_epi16(most, _MM_SHUFFLE(2, 3, 0, 1)));
+  return static_cast<short>(_mm_cvtsi128_si32(most));
+}
 
 LANES_INLINE int Total(WideLanes a) {
   __m128i s = Halved(a);

@@ -3,25 +3,51 @@
 #include <algorithm>
 #include <cassert>
 
+#include "imageops/column_histograms.h"
+#include "imageops/max_filter.h"
 #include "imageops/sliding_histogram.h"
+#include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"
 
 namespace quentara {
+namespace {
+
+void ModeFromSlidingHistogram(int radius, const BytePlane& lowest, const BytePlane& highest, const BytePlane& values,
+                              BytePlane& result) {
+  SlideHistogram(SquareReach(radius), values, [&](int y, int x, const Histogram& histogram) {
+    const auto mode = std::max_element(&histogram[Row(lowest, y)[x]], &histogram[Row(highest, y)[x]] + 1);
+    Row(result, y)[x] = static_cast<unsigned char>(mode - histogram.data());  // the first of the largest
+  });
+}
+
+// Of the values lowest(y, x) .. highest(y, x).
+BytePlane ModeBetween(int radius, const BytePlane& lowest, const BytePlane& highest, const BytePlane& values) {
+  BytePlane result(values.rows(), values.cols());
+  const WindowReach reach = SquareReach(radius);
+  if (FitsColumnHistograms(reach, values.rows(), values.cols()))
+    ForStripRows(reach, values, /*coarse=*/false, [&](int y, int x, const HistogramRow& row) {
+      ActiveKernels().histogram.mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
+    });
+  else
+    ModeFromSlidingHistogram(radius, lowest, highest, values, result);
+  return result;
+}
+
+}  // namespace
 
 BytePlane ModeFilter(int radius, const BytePlane& plane) {
-  return RangeModeFilter2(radius, plane, plane, 255);
+  assert(radius >= 0);
+  return ModeBetween(radius, MinFilter(radius, plane), MaxFilter(radius, plane), plane);
 }
 
 BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
   assert(radius >= 0 && limit >= 0 && SameSize(centre, values));
-  BytePlane result(values.rows(), values.cols());
-  SlideHistogram(SquareReach(radius), values, [&](int y, int x, const Histogram& histogram) {
-    const int c = Row(centre, y)[x], lowest = std::max(c - limit, 0), highest = c + std::min(limit, 255 - c);
-    const auto mode = std::max_element(&histogram[lowest], &histogram[highest] + 1);  // the first of the largest
-    assert(*mode > 0);
-    Row(result, y)[x] = static_cast<unsigned char>(mode - histogram.data());
-  });
-  return result;
+  BytePlane lowest(values.rows(), values.cols()), highest(values.rows(), values.cols());
+  for (std::ptrdiff_t i = 0, count = values.numElements(), range = std::min(limit, 255); i < count; ++i) {
+    lowest.data()[i] = static_cast<unsigned char>(std::max<std::ptrdiff_t>(centre.data()[i] - range, 0));
+    highest.data()[i] = static_cast<unsigned char>(std::min<std::ptrdiff_t>(centre.data()[i] + range, 255));
+  }
+  return ModeBetween(radius, lowest, highest, values);
 }
 
 }  // namespace quentara

@@ -27,6 +27,9 @@ struct HistogramKernels {
   void (*rangeMean)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
   /// out[x] = the sum of |v - medians[x]| over the values v.
   void (*deviation)(const HistogramRow& row, const uint8_t* medians, int* sums);
+  /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest; at least one
+  /// of them occurs. At most 32767 samples.
+  void (*mode)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
 };
 
 constexpr int kMostTaps = 8;  ///< taps that a direct kernel adds at a time
@@ -41,6 +44,8 @@ struct DirectKernels {
   /// out[x] = the mean of the values that `addNear` has added.
   void (*meanOfNear)(const uint16_t* sums, const uint16_t* counts, const uint8_t* highest, const uint8_t* span,
                      uint8_t* out, int width);
+  /// Adds to counts[x] how many of the values are at most limits[x].
+  void (*countNotAbove[kMostTaps + 1])(const uint8_t* values, const uint8_t* limits, uint8_t* counts, int width);
   /// Adds |v - medians[x]| over the values v to sums[x].
   void (*addDistances[kMostTaps + 1])(const uint8_t* values, const uint8_t* medians, int* sums, int width);
 };

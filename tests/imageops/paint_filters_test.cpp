@@ -5,8 +5,6 @@
 #include "imageops/max_filter.h"
 #include "imageops/mode_filter.h"
 #include "imageops/window_definitions.h"
-#include "render/bands.h"
-#include "render/standalone_host.h"
 #include "support/planes.h"
 
 namespace quentara {
@@ -33,8 +31,8 @@ void ForPlanes(const Check& check) {
                                               {61, 66, 25},
                                               {5, 600, 14},
                                               {8, 23, 60},
-                                              {8, 600, 127},
-                                              {270, 3, 100}})
+                                              {3, 600, 127},
+                                              {270, 2, 140}})
     for (const bool patchy : {false, true}) {
       SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << radius << (patchy ? " patchy" : ""));
       check(radius, patchy ? PatchyPlane(height, width, rng) : RandomPlane(height, width, rng));
@@ -53,7 +51,7 @@ TEST(PaintFilters, EqualTheirDefinitions) {
 TEST(PaintFilters, EqualTheirDefinitionsForAnyReferencePlane) {
   std::mt19937 rng(2);
   ForPlanes([&](int radius, const BytePlane& centre) {
-    for (const int limit : {0, 1, 12, 40, 255}) {
+    for (const int limit : {0, 12, 255}) {
       const BytePlane values(RandomPlaneNear(centre, limit, rng));
       EXPECT_EQ("", FirstDifference(RangeModeByDefinition(radius, centre, values, limit),
                                     RangeModeFilter2(radius, centre, values, limit)));
@@ -61,26 +59,6 @@ TEST(PaintFilters, EqualTheirDefinitionsForAnyReferencePlane) {
                                     DiamondDeviationFilter(radius, values, centre)));
     }
   });
-}
-
-TEST(PaintFilters, DoNotDependOnTheWorkers) {
-  std::mt19937 rng(3);
-  const BytePlane centre(PatchyPlane(67, 33, rng)), values(RandomPlaneNear(centre, 20, rng));
-  for (const int radius : {0, 1, 3, 8})
-    for (const int workers : {1, 2, 7}) {
-      SCOPED_TRACE(testing::Message() << "radius " << radius << " workers " << workers);
-      StandaloneHost host(workers);
-      const Plugin::HostScope scope(host);
-      const auto check = [&](auto filter) {
-        EXPECT_EQ("", FirstDifference(filter(centre, values), FilterInBands(radius, filter, centre, values)));
-      };
-      check([&](const BytePlane&, const BytePlane& b) { return MinFilter(radius, b); });
-      check([&](const BytePlane&, const BytePlane& b) { return BoxMeanFilter(radius, b); });
-      check([&](const BytePlane&, const BytePlane& b) { return ModeFilter(radius, b); });
-      check([&](const BytePlane& a, const BytePlane& b) { return RangeModeFilter2(radius, a, b, 20); });
-      check([&](const BytePlane&, const BytePlane& b) { return DiamondMedianFilter(radius, b); });
-      check([&](const BytePlane& a, const BytePlane& b) { return DiamondDeviationFilter(radius, a, b); });
-    }
 }
 
 // Ties, roundings and clipped windows worked out by hand.

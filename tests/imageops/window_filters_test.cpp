@@ -3,8 +3,11 @@
 #include <functional>
 #include <vector>
 
+#include "imageops/box_mean_filter.h"
+#include "imageops/diamond_filters.h"
 #include "imageops/max_filter.h"
 #include "imageops/median_filter.h"
+#include "imageops/mode_filter.h"
 #include "imageops/range_mean_filter.h"
 #include "imageops/range_median_filter.h"
 #include "imageops/window_definitions.h"
@@ -120,6 +123,12 @@ void ForFilters(int radius, int limit, const Check& check) {
     check([=](Planes a, Planes b) { return RangeMeanLine2(radius, a, b, limit, direction); });
     check([=](Planes a, Planes b) { return RangeMedianLine2(radius, a, b, limit, direction); });
   }
+  check([=](Planes, Planes b) { return MinFilter(radius, b); });
+  check([=](Planes, Planes b) { return BoxMeanFilter(radius, b); });
+  check([=](Planes, Planes b) { return ModeFilter(radius, b); });
+  check([=](Planes a, Planes b) { return RangeModeFilter2(radius, a, b, limit); });
+  check([=](Planes, Planes b) { return DiamondMedianFilter(radius, b); });
+  check([=](Planes a, Planes b) { return DiamondDeviationFilter(radius, a, b); });
 }
 
 TEST(WindowFilters, DoNotDependOnTheWorkers) {
