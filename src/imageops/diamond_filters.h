@@ -2,9 +2,10 @@
 ///
 /// The window of (y, x) is the set of pixels (y + dy, x + dx) inside the plane with |dy| + |dx| <= radius, never
 /// padded; n is its number of samples, radius^2 + (radius + 1)^2 where nothing is cut off. Both filters run on the
-/// calling thread; a result depends on rows up to `radius` away. Method: for large windows the sliding histogram of
-/// Huang, Yang and Tang (1979), which gains and loses the slanted sides of the diamond; small ones are gathered by many
-/// pixels at once, each in a lane of a vector.
+/// calling thread; a result depends on rows up to `radius` away. Method: small windows are
+/// counted and summed sample by sample, many pixels at once in the lanes of a vector, and the median settled bit by
+/// bit; for large ones the sliding histogram of Huang, Yang and Tang (1979) gains and loses the slanted sides of the
+/// diamond.
 #pragma once
 
 #include "render/plane.h"
