@@ -7,6 +7,7 @@
 #include "outlines/scratchboard_outlines.h"
 #include "outlines/shadow_outlines.h"
 #include "outlines/soft_outlines.h"
+#include "outlines/woodcut_outlines.h"
 #include "paint/crackle.h"
 #include "render/progress.h"
 #include "render/stage_predicates.h"
@@ -37,6 +38,8 @@ void ApplyOutlines(const RenderSettings& settings, const OutlineInputs& inputs, 
   if (const auto* s = settings.conteOutlines; Visible(s)) picture = ConteOutlines(*s, color, source, picture);
   Report(8);
   if (const auto* s = settings.shadowOutlines; Visible(s)) picture = ShadowOutlines(*s, color, levels, source, picture);
+  if (const auto* s = settings.woodcutOutlines; Visible(s))
+    picture = WoodcutOutlines(*s, color, levels, skin, blur, inputs.source, source, picture);
   if (const auto* s = settings.scratchboardOutlines; Visible(s))
     picture = ScratchboardOutlines(*s, color, source, picture);
   Report(9);

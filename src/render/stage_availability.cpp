@@ -17,7 +17,6 @@ void Refuse(bool wanted, const char* stage) {
 void RequireBuiltStages(const RenderSettings& settings) {
   Refuse(settings.duotone != nullptr, "Duotone Shading");
   Refuse(Visible(settings.halftone), "Halftone Pattern");
-  Refuse(Visible(settings.woodcutOutlines), "Woodcut Outlines");
   Refuse(Visible(settings.stipplePattern), "Stipple Pattern");
 }
 
