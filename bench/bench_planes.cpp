@@ -57,4 +57,16 @@ BytePlane FlatPlane(int height, int width) {
   return plane;
 }
 
+ChannelSet NaturalPicture(int height, int width) {
+  const BytePlane red(NaturalPlane(height, width));
+  BytePlane green(height, width), blue(height, width);
+  for (int y = 0; y < height; ++y)
+    for (int x = 0; x < width; ++x) {
+      const int here = red(y, x), mirrored = red(y, width - 1 - x);
+      green(y, x) = static_cast<unsigned char>((3 * here + mirrored) / 4);
+      blue(y, x) = static_cast<unsigned char>((here + mirrored) / 2);
+    }
+  return ChannelSet("RGB", static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), red, &green, &blue);
+}
+
 }  // namespace quentara

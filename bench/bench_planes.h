@@ -1,6 +1,7 @@
 /// Planes to measure on, the same on every machine and in every run.
 #pragma once
 
+#include "render/channel_set.h"
 #include "render/plane.h"
 
 namespace quentara {
@@ -11,5 +12,8 @@ BytePlane NaturalPlane(int height, int width);
 BytePlane NoisyPlane(int height, int width);
 /// One value everywhere.
 BytePlane FlatPlane(int height, int width);
+
+/// Three natural channels that go together, as in a photograph, without being equal.
+ChannelSet NaturalPicture(int height, int width);
 
 }  // namespace quentara

@@ -11,21 +11,9 @@
 namespace quentara {
 namespace {
 
-/// Three natural channels that go together, as in a photograph, without being equal.
-ChannelSet NaturalPicture(int height, int width) {
-  const BytePlane red(NaturalPlane(height, width));
-  BytePlane green(height, width), blue(height, width);
-  for (int y = 0; y < height; ++y)
-    for (int x = 0; x < width; ++x) {
-      const int here = red(y, x), mirrored = red(y, width - 1 - x);
-      green(y, x) = static_cast<unsigned char>((3 * here + mirrored) / 4);
-      blue(y, x) = static_cast<unsigned char>((here + mirrored) / 2);
-    }
-  return ChannelSet("RGB", static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height), red, &green, &blue);
-}
-
 constexpr BlurSettings kMainBlur = {BlurType::Box, 3, 15, kHigh, 0.25f, 5, 10};
 constexpr FlatShadedSettings kFlatShaded = {10, 20, 1.0f, kHigh};
+constexpr ComicOutlineSettings kComic = {0.6f, 0.6f, 2, 1.0f, 0.0f, kHigh};
 constexpr AirbrushSettings kAirbrush = {8, 0.4f, 1.5f};
 constexpr BristleSettings kBristle = {5.0f, 3, 0.5f, kHigh};
 constexpr CrackleSettings kCrackle = {10, 10, 5, 1.0f};
@@ -48,7 +36,16 @@ FrameCase Painted(const char* name, Style style, const Record* RenderSettings::*
           }};
 }
 
+FrameCase Defaults() {
+  const FrameCase painted = Painted("defaults", Style::FlatShaded, &RenderSettings::flatShaded, kFlatShaded);
+  return {painted.name, [painted](RenderSettings& settings) {
+            painted.choose(settings);
+            settings.comicOutlines = &kComic;
+          }};
+}
+
 const FrameCase kFrames[] = {
+    Defaults(),
     {"main_blur", [](RenderSettings& settings) { settings.mainBlur = &kMainBlur; }},
     Painted("flat_shaded", Style::FlatShaded, &RenderSettings::flatShaded, kFlatShaded),
     Painted("airbrush", Style::Airbrush, &RenderSettings::airbrush, kAirbrush),
