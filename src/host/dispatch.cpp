@@ -11,6 +11,7 @@
 #include "host/param_definition.h"
 #include "host/plugin_nivra.h"
 #include "host/render_command.h"
+#include "host/update_ui_command.h"
 
 namespace Nivra {
 namespace {
@@ -86,6 +87,9 @@ PF_Err Dispatch(PF_Cmd command, PF_InData* inData, PF_OutData* outData, PF_Param
         return ParamsSetup(inData, *outData);
       case PF_Cmd_RENDER:
         return RenderCommand(inData, params, *output);
+      case PF_Cmd_UPDATE_PARAMS_UI:
+        UpdateParamsUi(inData, params, /*suites=*/inData->appl_id != kKeyGHost);
+        return PF_Err_NONE;
       default:
         return PF_Err_NONE;
     }

@@ -1,19 +1,13 @@
 #include "host/settings_reader.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Nivra {
 namespace {
 
 using quentara::BlurType;
 using quentara::Style;
-
-Style StyleOfChoice(int choice) {
-  static constexpr Style kStyles[] = {Style::FlatShaded, Style::FlatDetailed, Style::NoRoto,
-                                      Style::Airbrush,   Style::Bristle,      Style::Crackle,
-                                      Style::Droplet,    Style::Gouache,      Style::PosterPaint};
-  return choice >= 0 && choice < static_cast<int>(std::size(kStyles)) ? kStyles[choice] : Style::NoRoto;
-}
 
 bool IsEffective(const quentara::BlurSettings& blur) {
   if (blur.type == BlurType::Gaussian || blur.type == BlurType::Box) return blur.radius >= 1;
@@ -142,6 +136,13 @@ class Reader {
 };
 
 }  // namespace
+
+quentara::Style StyleOfChoice(int choice) {
+  static constexpr Style kStyles[] = {Style::FlatShaded, Style::FlatDetailed, Style::NoRoto,
+                                      Style::Airbrush,   Style::Bristle,      Style::Crackle,
+                                      Style::Droplet,    Style::Gouache,      Style::PosterPaint};
+  return choice >= 0 && choice < static_cast<int>(std::size(kStyles)) ? kStyles[choice] : Style::NoRoto;
+}
 
 float HorizontalScale(const PF_InData& inData) {
   const PF_RationalScale x = inData.downsample_x;

@@ -36,6 +36,9 @@ struct FrameSettings {
   quentara::DuotoneSettings duotone;
 };
 
+/// The style of a choice of "Roto", counted from 0, whose order differs; any other number stands for no style.
+quentara::Style StyleOfChoice(int choice);
+
 /// The horizontal scale of the frame against full resolution; 1 unless the host gives both denominators.
 float HorizontalScale(const PF_InData& inData);
 
