@@ -43,7 +43,7 @@ TEST(Dispatch, SetsVersionAndFlags) {
 TEST(Dispatch, LeavesOtherCommandsAlone) {
   for (int command = -1; command < 40; ++command) {
     if (command == PF_Cmd_ABOUT || command == PF_Cmd_GLOBAL_SETUP || command == PF_Cmd_PARAMS_SETUP ||
-        command == PF_Cmd_RENDER)
+        command == PF_Cmd_RENDER || command == PF_Cmd_UPDATE_PARAMS_UI)
       continue;
     FakeHost host;
     std::memset(&host.out, 0x5A, sizeof host.out);
