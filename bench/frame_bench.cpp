@@ -19,6 +19,7 @@ constexpr BristleSettings kBristle = {5.0f, 3, 0.5f, kHigh};
 constexpr CrackleSettings kCrackle = {10, 10, 5, 1.0f};
 constexpr DropletSettings kDroplet = {3, 0.85f};
 constexpr GouacheSettings kGouache = {8, 0.75f, 3, 0.25f, kHigh};
+constexpr MarkerOutlineSettings kMarker = {false, 5, 5, 8, 3, 10, 1.0f, 0.0f};
 constexpr PosterPaintSettings kPosterPaint = {6, 6, 0.5f, 0.85f, 10, 0.5f};
 
 struct FrameCase {
@@ -54,6 +55,7 @@ const FrameCase kFrames[] = {
     Painted("droplet", Style::Droplet, &RenderSettings::droplet, kDroplet),
     Painted("gouache", Style::Gouache, &RenderSettings::gouache, kGouache),
     Painted("poster_paint", Style::PosterPaint, &RenderSettings::posterPaint, kPosterPaint),
+    Painted("marker_outlines", Style::NoRoto, &RenderSettings::markerOutlines, kMarker),
 };
 
 void RenderFrame(benchmark::State& state, const FrameCase& frame, int height, int width, int threads) {

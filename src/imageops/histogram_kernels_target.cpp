@@ -201,7 +201,7 @@ class ModeReadOut {
   LANES_INLINE_METHOD ModeReadOut(const uint8_t* lowest, const uint8_t* highest, uint8_t* out)
       : lowest_(lowest), highest_(highest), out_(out) {
     for (int d = 0; d < kTable; ++d) fromZero_[d] = d >= 255 ? 0xffff : 0, upToZero_[d] = d <= 255 ? 0xffff : 0;
-    for (int v = 0; v < 256; ++v) negative_[v] = static_cast<uint16_t>(-v);
+    for (int v = 0; v < 256; ++v) values_[v] = static_cast<uint16_t>(v);
   }
 
   template <class W>
@@ -215,17 +215,17 @@ class ModeReadOut {
   }
   template <class W>
   LANES_INLINE_METHOD void Read(W& window, int x) const {
-    // In each lane the largest count so far and, negative, the lowest value that has it.
+    // In each lane the largest count so far and the lowest value that has it.
     Lanes counts = NoLanes(), values = NoLanes();
     const uint16_t *const from = fromZero_ + 255 - lowest_[x], *const upTo = upToZero_ + 255 - highest_[x];
     for (int s = lowest_[x] / 16; s <= highest_[x] / 16; ++s) {
       const Lanes candidates = window.segment(s) & LoadLanes(from + 16 * s) & LoadLanes(upTo + 16 * s);
       const Lanes better = IsAbove(candidates, counts);
       counts = LargerLanes(counts, candidates);
-      values = (LoadLanes(negative_ + 16 * s) & better) | Without(values, better);
+      values = (LoadLanes(values_ + 16 * s) & better) | Without(values, better);
     }
     const Lanes rarer = IsAbove(EveryLane(LargestLane(counts)), counts);
-    out_[x] = static_cast<uint8_t>(-LargestLane(Without(values, rarer) | (EveryLane(-256) & rarer)));
+    out_[x] = static_cast<uint8_t>(SmallestLane(values | (rarer & EveryLane(0x7fff))));
   }
 
  private:
@@ -234,7 +234,7 @@ class ModeReadOut {
   const uint8_t* const highest_;
   uint8_t* const out_;
   uint16_t fromZero_[kTable], upToZero_[kTable];  // by value + 255: all bits from 0 on, and up to 0
-  uint16_t negative_[256];
+  uint16_t values_[256];
 };
 
 void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {

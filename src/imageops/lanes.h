@@ -76,8 +76,9 @@ LANES_INLINE Lanes LargerLanes(Lanes a, Lanes b) {
 LANES_INLINE Lanes EveryLane(int value) {
   return {_mm256_set1_epi16(static_cast<short>(value))};
 }
-LANES_INLINE __m128i LargerHalf(Lanes a) {
-  return _mm_max_epi16(_mm256_castsi256_si128(a.v), _mm256_extracti128_si256(a.v, 1));
+LANES_INLINE int SmallestLane(Lanes a) {  ///< of lanes that are not negative
+  const __m128i least = _mm_min_epi16(_mm256_castsi256_si128(a.v), _mm256_extracti128_si256(a.v, 1));
+  return _mm_extract_epi16(_mm_minpos_epu16(least), 0);
 }
 
 /// Products of lanes, at most 32767 each, summed in pairs.
@@ -165,8 +166,12 @@ LANES_INLINE Lanes EveryLane(int value) {
   const __m128i v = _mm_set1_epi16(static_cast<short>(value));
   return {v, v};
 }
-LANES_INLINE __m128i LargerHalf(Lanes a) {
-  return _mm_max_epi16(a.low, a.high);
+LANES_INLINE int SmallestLane(Lanes a) {  ///< of lanes that are not negative
+  __m128i least = _mm_min_epi16(a.low, a.high);
+  least = _mm_min_epi16(least, _mm_shuffle_epi32(least, _MM_SHUFFLE(1, 0, 3, 2)));
+  least = _mm_min_epi16(least, _mm_shuffle_epi32(least, _MM_SHUFFLE(2, 3, 0, 1)));
+  least = _mm_min_epi16(least, _mm_shufflelo_epi16(least, _MM_SHUFFLE(2, 3, 0, 1)));
+  return _mm_cvtsi128_si32(least) & 0xffff;
 }
 
 /// Products of lanes, at most 32767 each, summed in pairs.
@@ -185,12 +190,8 @@ LANES_INLINE __m128i Halved(WideLanes a) {
 
 #endif
 
-LANES_INLINE int LargestLane(Lanes a) {
-  __m128i most = LargerHalf(a);
-  most = _mm_max_epi16(most, _mm_shuffle_epi32(most, _MM_SHUFFLE(1, 0, 3, 2)));
-  most = _mm_max_epi16(most, _mm_shuffle_epi32(most, _MM_SHUFFLE(2, 3, 0, 1)));
-  most = _mm_max_epi16(most, _mm_shufflelo_epi16(most, _MM_SHUFFLE(2, 3, 0, 1)));
-  return static_cast<short>(_mm_cvtsi128_si32(most));
+LANES_INLINE int LargestLane(Lanes a) {  ///< of lanes that are not negative
+  return 0x7fff - SmallestLane(EveryLane(0x7fff) - a);
 }
 
 LANES_INLINE int Total(WideLanes a) {

@@ -20,6 +20,15 @@ void ModeFromSlidingHistogram(int radius, const BytePlane& lowest, const BytePla
   });
 }
 
+void RangesOf(const unsigned char* centre, int limit, unsigned char* __restrict lowest,
+              unsigned char* __restrict highest, std::ptrdiff_t count) {
+  const auto reach = static_cast<unsigned char>(limit), most = static_cast<unsigned char>(255 - limit);
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    lowest[i] = static_cast<unsigned char>((centre[i] > reach ? centre[i] : reach) - reach);
+    highest[i] = static_cast<unsigned char>((centre[i] < most ? centre[i] : most) + reach);
+  }
+}
+
 // Of the values lowest(y, x) .. highest(y, x).
 BytePlane ModeBetween(int radius, const BytePlane& lowest, const BytePlane& highest, const BytePlane& values) {
   BytePlane result(values.rows(), values.cols());
@@ -43,10 +52,7 @@ BytePlane ModeFilter(int radius, const BytePlane& plane) {
 BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
   assert(radius >= 0 && limit >= 0 && SameSize(centre, values));
   BytePlane lowest(values.rows(), values.cols()), highest(values.rows(), values.cols());
-  for (std::ptrdiff_t i = 0, count = values.numElements(), range = std::min(limit, 255); i < count; ++i) {
-    lowest.data()[i] = static_cast<unsigned char>(std::max<std::ptrdiff_t>(centre.data()[i] - range, 0));
-    highest.data()[i] = static_cast<unsigned char>(std::min<std::ptrdiff_t>(centre.data()[i] + range, 255));
-  }
+  RangesOf(centre.data(), std::min(limit, 255), lowest.data(), highest.data(), values.numElements());
   return ModeBetween(radius, lowest, highest, values);
 }
 
