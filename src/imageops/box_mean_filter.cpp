@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cassert>
 #include <cstdint>
-#include <vector>
 
 #include "imageops/window_reach.h"
+#include "render/scratch.h"
 
 namespace quentara {
 namespace {
@@ -44,18 +44,17 @@ BytePlane BoxMeanFilter(int radius, const BytePlane& plane) {
   const int height = plane.rows(), width = plane.cols();
   const int across = std::min(radius, width), down = std::min(radius, height);
   BytePlane result(height, width);
-  std::vector<Sum> columns(static_cast<std::size_t>(width));
+  Scratch<Sum> columns(static_cast<std::size_t>(width));
   // The totals go on beyond both ends of the row, so that the windows there need no clipping.
-  std::vector<Sum> totals(static_cast<std::size_t>(width + 2 * across + 1));
-  std::vector<float> counts(static_cast<std::size_t>(width));
-  for (int x = 0; x < width; ++x)
-    counts[static_cast<std::size_t>(x)] = static_cast<float>(ClippedExtent(x, across, width));
+  Scratch<Sum> totals(static_cast<std::size_t>(width + 2 * across + 1));
+  Scratch<float> counts(static_cast<std::size_t>(width));
+  for (int x = 0; x < width; ++x) counts[x] = static_cast<float>(ClippedExtent(x, across, width));
   for (int y = 0; y < std::min(down, height); ++y) AddRow(Row(plane, y), columns.data(), width);
   for (int y = 0; y < height; ++y) {
     if (y + down < height) AddRow(Row(plane, y + down), columns.data(), width);
     if (y - down - 1 >= 0) RemoveRow(Row(plane, y - down - 1), columns.data(), width);
     Accumulate(columns.data(), totals.data() + across, width);
-    std::fill_n(totals.end() - across, across, totals[static_cast<std::size_t>(across + width)]);
+    std::fill_n(totals.data() + across + width + 1, across, totals[across + width]);
     DivideRow(totals.data(), totals.data() + 2 * across + 1, counts.data(),
               static_cast<float>(ClippedExtent(y, down, height)), Row(result, y), width);
   }

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "render/bands.h"
+#include "render/scratch.h"
 
 namespace quentara {
 namespace {
@@ -50,14 +52,15 @@ BytePlane ResampleLuma(const BytePlane& plane, int height, int width) {
   BytePlane result(height, width);
   ForRowBands(height, [&](int firstRow, int rows) {
     // Neighbouring rows of an enlarged plane lie between the same two: these are interpolated once.
-    std::vector<float> above(static_cast<std::size_t>(width)), below(static_cast<std::size_t>(width));
+    Scratch<float> buffers(2 * static_cast<std::size_t>(width));
+    float *above = buffers.data(), *below = above + width;
     int aboveRow = -1, belowRow = -1;
     for (int y = firstRow; y < firstRow + rows; ++y) {
       const Tap& tap = down[static_cast<std::size_t>(y)];
       if (tap.first == belowRow) std::swap(above, below), std::swap(aboveRow, belowRow);
-      if (tap.first != aboveRow) InterpolateAlongRow(Row(plane, aboveRow = tap.first), across, above.data());
-      if (tap.second != belowRow) InterpolateAlongRow(Row(plane, belowRow = tap.second), across, below.data());
-      InterpolateDown(above.data(), below.data(), tap.fraction, Row(result, y), width);
+      if (tap.first != aboveRow) InterpolateAlongRow(Row(plane, aboveRow = tap.first), across, above);
+      if (tap.second != belowRow) InterpolateAlongRow(Row(plane, belowRow = tap.second), across, below);
+      InterpolateDown(above, below, tap.fraction, Row(result, y), width);
     }
   });
   return result;

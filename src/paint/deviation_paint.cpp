@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cassert>
-#include <vector>
 
 #include "imageops/diamond_filters.h"
 #include "imageops/median_filter.h"
 #include "imageops/resample.h"
 #include "paint/weighed_medians.h"
 #include "render/bands.h"
+#include "render/scratch.h"
 #include "render/settings.h"
 
 namespace quentara {
@@ -49,7 +49,8 @@ BytePlane PaintCore(const BytePlane& plane, int spread, float push) {
                          1.0f / static_cast<float>(spread)};
   BytePlane result(plane.rows(), plane.cols());
   ForRowBands(plane.rows(), [&](int firstRow, int rows) {
-    std::vector<float> corner(static_cast<std::size_t>(plane.cols())), axial(corner.size());
+    const auto width = static_cast<std::size_t>(plane.cols());
+    Scratch<float> corner(width), axial(width);
     for (int y = firstRow; y < firstRow + rows; ++y) {
       corners.CornerMeans(y, corner.data());
       axes.AxialMeans(y, axial.data());

@@ -106,12 +106,11 @@ BytePlane BoxMeanByDefinition(int radius, const BytePlane& plane) {
 
 BytePlane RangeModeByDefinition(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
   return JudgeWindows<unsigned char>(Square(radius), values, [&](int y, int x, const Samples& window) {
-    std::ptrdiff_t best = 0;
-    int mode = -1;
-    for (int v = std::max(centre(y, x) - limit, 0); v <= std::min(centre(y, x) + limit, 255); ++v) {
-      const auto frequency = std::count(window.begin(), window.end(), v);
-      if (frequency > best) best = frequency, mode = v;
-    }
+    std::vector<int> frequency(256);
+    for (const int v : window) ++frequency[static_cast<std::size_t>(v)];
+    int best = 0, mode = -1;
+    for (int v = std::max(centre(y, x) - limit, 0); v <= std::min(centre(y, x) + limit, 255); ++v)
+      if (frequency[static_cast<std::size_t>(v)] > best) best = frequency[static_cast<std::size_t>(v)], mode = v;
     return mode;
   });
 }
