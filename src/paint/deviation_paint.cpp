@@ -35,6 +35,10 @@ void BlendRow(const Shares& shares, float push, const unsigned char* diamond, co
   }
 }
 
+float Least(const FloatPlane& plane) {
+  return *std::min_element(plane.data(), plane.data() + plane.numElements());
+}
+
 BytePlane PaintCore(const BytePlane& plane, int spread, float push) {
   const auto inBands = [&](const auto& filter, const auto&... planes) {
     return FilterInBands(
@@ -42,15 +46,18 @@ BytePlane PaintCore(const BytePlane& plane, int spread, float push) {
   };
   const BytePlane square(inBands(MedianFilter, plane)), diamond(inBands(DiamondMedianFilter, plane));
   Plugin::CheckStop();
-  const WeighedMedians corners(spread, square, inBands(MedianDeviationFilter, plane, square));
-  const WeighedMedians axes(spread, diamond, inBands(DiamondDeviationFilter, plane, diamond));
+  const FloatPlane squareDeviation(inBands(MedianDeviationFilter, plane, square));
+  const FloatPlane diamondDeviation(inBands(DiamondDeviationFilter, plane, diamond));
   Plugin::CheckStop();
   const Shares shares = {static_cast<float>(spread - 1) / static_cast<float>(spread),
                          1.0f / static_cast<float>(spread)};
+  const WeighedMedians::Planes squares = {square, squareDeviation, Least(squareDeviation)};
+  const WeighedMedians::Planes diamonds = {diamond, diamondDeviation, Least(diamondDeviation)};
   BytePlane result(plane.rows(), plane.cols());
   ForRowBands(plane.rows(), [&](int firstRow, int rows) {
     const auto width = static_cast<std::size_t>(plane.cols());
     Scratch<float> corner(width), axial(width);
+    WeighedMedians corners(spread, squares, firstRow), axes(spread, diamonds, firstRow);
     for (int y = firstRow; y < firstRow + rows; ++y) {
       corners.CornerMeans(y, corner.data());
       axes.AxialMeans(y, axial.data());

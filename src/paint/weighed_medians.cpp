@@ -6,9 +6,6 @@
 #include <cmath>
 #include <cstddef>
 
-#include "imageops/float_memo.h"
-#include "render/bands.h"
-
 namespace quentara {
 namespace {
 
@@ -17,6 +14,13 @@ constexpr double kExponent = 7.5;
 void RepeatEnds(int reach, float* row, int width) {
   std::fill_n(row, reach, row[reach]);
   std::fill_n(row + reach + width, reach, row[reach + width - 1]);
+}
+
+void DivideByPowers(const unsigned char* medians, float* __restrict powers, float* __restrict weighted, int width) {
+  for (int x = 0; x < width; ++x) {
+    weighted[x] = medians[x] / powers[x];
+    powers[x] = 1.0f / powers[x];
+  }
 }
 
 /// Where each of four terms starts in its row.
@@ -32,47 +36,49 @@ void MeanRow(const float* weighted, const float* weights, const Points& points, 
 
 }  // namespace
 
-WeighedMedians::WeighedMedians(int reach, const BytePlane& medians, const FloatPlane& deviations)
+float WeighedMedians::Power::operator()(float deviation) const {
+  return static_cast<float>(std::pow(static_cast<double>(deviation + 1.0f - leastDeviation), kExponent));
+}
+
+WeighedMedians::WeighedMedians(int reach, const Planes& planes, int firstRow)
     : reach_(reach),
-      weights_(medians.rows(), medians.cols() + 2 * reach),
-      weighted_(medians.rows(), medians.cols() + 2 * reach) {
-  assert(reach >= 0 && medians.numElements() > 0 && SameSize(medians, deviations));
-  const int width = medians.cols();
-  const float least = *std::min_element(deviations.data(), deviations.data() + deviations.numElements());
-  ForRowBands(medians.rows(), [&](int firstRow, int rows) {
-    auto power = MakeFloatMemo<float>([least](float deviation) {
-      return static_cast<float>(std::pow(static_cast<double>(deviation + 1.0f - least), kExponent));
-    });
-    for (int y = firstRow; y < firstRow + rows; ++y) {
-      float* const weights = Row(weights_, y) + reach_;
-      float* const weighted = Row(weighted_, y) + reach_;
-      std::transform(Row(deviations, y), Row(deviations, y) + width, weights, [&](float d) { return power(d); });
-      for (int x = 0; x < width; ++x) {
-        weighted[x] = Row(medians, y)[x] / weights[x];
-        weights[x] = 1.0f / weights[x];
-      }
-      RepeatEnds(reach_, Row(weights_, y), width);
-      RepeatEnds(reach_, Row(weighted_, y), width);
-    }
-  });
+      planes_(planes),
+      power_(Power{planes.leastDeviation}),
+      nextRow_(std::max(firstRow - reach, 0)),
+      weights_(2 * reach + 1, planes.medians.cols() + 2 * reach),
+      weighted_(2 * reach + 1, planes.medians.cols() + 2 * reach) {
+  assert(reach >= 0 && SameSize(planes.medians, planes.deviations));
 }
 
-int WeighedMedians::ClampRow(int y) const {
-  return std::clamp(y, 0, weights_.rows() - 1);
+void WeighedMedians::WeighRows(int end) {
+  const int width = planes_.medians.cols();
+  for (const int last = std::min(end, planes_.medians.rows()); nextRow_ < last; ++nextRow_) {
+    float* const weights = weights_.data() + Place(nextRow_);
+    float* const weighted = weighted_.data() + Place(nextRow_);
+    const float* const deviations = Row(planes_.deviations, nextRow_);
+    std::transform(deviations, deviations + width, weights + reach_, [&](float d) { return power_(d); });
+    DivideByPowers(Row(planes_.medians, nextRow_), weights + reach_, weighted + reach_, width);
+    RepeatEnds(reach_, weights, width);
+    RepeatEnds(reach_, weighted, width);
+  }
 }
 
-void WeighedMedians::CornerMeans(int y, float* means) const {
-  const std::ptrdiff_t stride = weights_.cols(), side = 2 * reach_;
-  const std::ptrdiff_t above = ClampRow(y - reach_) * stride, below = ClampRow(y + reach_) * stride;
-  MeanRow(weighted_.data(), weights_.data(), {above, above + side, below, below + side}, means,
-          static_cast<int>(stride - side));
+std::ptrdiff_t WeighedMedians::Place(int y) const {
+  const std::ptrdiff_t row = std::clamp(y, 0, planes_.medians.rows() - 1) % weights_.rows();
+  return row * weights_.cols();
 }
 
-void WeighedMedians::AxialMeans(int y, float* means) const {
-  const std::ptrdiff_t stride = weights_.cols(), side = 2 * reach_;
-  const std::ptrdiff_t above = ClampRow(y - reach_) * stride, below = ClampRow(y + reach_) * stride;
-  MeanRow(weighted_.data(), weights_.data(), {y * stride, y * stride + side, above + reach_, below + reach_}, means,
-          static_cast<int>(stride - side));
+void WeighedMedians::CornerMeans(int y, float* means) {
+  WeighRows(y + reach_ + 1);
+  const std::ptrdiff_t above = Place(y - reach_), below = Place(y + reach_), side = 2 * reach_;
+  MeanRow(weighted_.data(), weights_.data(), {above, above + side, below, below + side}, means, planes_.medians.cols());
+}
+
+void WeighedMedians::AxialMeans(int y, float* means) {
+  WeighRows(y + reach_ + 1);
+  const std::ptrdiff_t row = Place(y), above = Place(y - reach_), below = Place(y + reach_);
+  MeanRow(weighted_.data(), weights_.data(), {row, row + 2 * reach_, above + reach_, below + reach_}, means,
+          planes_.medians.cols());
 }
 
 }  // namespace quentara
