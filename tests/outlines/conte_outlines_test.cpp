@@ -22,8 +22,7 @@ ChannelSet MergedByDefinition(const ChannelSet& dark, const ChannelSet& light, c
       if (darkMove == 0 && lightMove != 0) merged.planes(i).data()[p] = l;
       if (darkMove == 0 || lightMove == 0) continue;
       const float w = static_cast<float>(darkMove) / static_cast<float>(darkMove + lightMove);
-      merged.planes(i).data()[p] = static_cast<unsigned char>(
-          static_cast<int>(w * static_cast<float>(d) + (1.0f - w) * static_cast<float>(l) + 0.5f));
+      merged.planes(i).data()[p] = ToByte(w * static_cast<float>(d) + (1.0f - w) * static_cast<float>(l));
     }
   return merged;
 }
@@ -82,14 +81,15 @@ TEST(ConteOutlines, AreTheirStepsWithAnyWorkers) {
          {std::tuple{Color{0.0f, 0.0f, 0.0f}, Color{1.0f, 1.0f, 1.0f}, 0.0f, kFast},
           {Color{0.5f, 0.2f, 0.1f}, Color{0.0f, 0.0f, 0.0f}, 0.3f, kHigh}}) {
       const ConteOutlineSettings settings{light, 0.8f, thickness + 1, 0.3f, thickness, transparency, quality};
-      const auto draw = [&](const SoftLines& lines, const Color& crayon) {
-        return OverlayOutlineColor(picture, SoftLineMerge(lines), MakeOutlineColor(crayon));
+      const OutlineColor outline = MakeOutlineColor(dark);
+      const auto draw = [&](const SoftLines& lines, const OutlineColor& crayon) {
+        return OverlayOutlineColor(picture, SoftLineMerge(lines), crayon);
       };
-      ChannelSet expected =
-          MergedByDefinition(draw(FindSoftLines(0.3f, thickness, quality, source), dark),
-                             draw(FindSoftLines(0.8f, thickness + 1, quality, negative), light), picture);
+      ChannelSet expected = MergedByDefinition(
+          draw(FindSoftLines(0.3f, thickness, quality, source), outline),
+          draw(FindSoftLines(0.8f, thickness + 1, quality, negative), MakeOutlineColor(light)), picture);
       if (transparency > 0.0f) MixImages(picture, expected, 1.0f - transparency);
-      ExpectWithAnyWorkers(expected, [&] { return ConteOutlines(settings, MakeOutlineColor(dark), source, picture); });
+      ExpectWithAnyWorkers(expected, [&] { return ConteOutlines(settings, outline, source, picture); });
     }
   });
 }
