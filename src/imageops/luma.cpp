@@ -73,8 +73,8 @@ bool MoveRun(const Pixels& in, const Byte* oldLuma, const Byte* newLuma, Byte* _
   return (seen & ~255) != 0;
 }
 
-// The channels moved and pulled back into range. Both steps are computed for every pixel and then chosen, which keeps
-// the loop free of branches; where a step is not due its divisor is 1.
+// The channels moved and pulled back into range. Where a step is not due its result is not taken, and its divisor is 1
+// so that it cannot be zero.
 void PullRun(const Pixels& in, const Byte* oldLuma, const Byte* newLuma, Byte* __restrict red, Byte* __restrict green,
              Byte* __restrict blue, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
