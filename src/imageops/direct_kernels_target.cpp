@@ -4,20 +4,31 @@
 namespace quentara::KERNEL_TARGET {
 namespace {
 
+void RangesOf(const uint8_t* __restrict centre, int limit, uint8_t* __restrict highest, uint8_t* __restrict span,
+              int width) {
+  const uint8_t reach = static_cast<uint8_t>(limit), most = static_cast<uint8_t>(255 - limit);
+  for (int x = 0; x < width; ++x) {
+    const uint8_t top = static_cast<uint8_t>((centre[x] < most ? centre[x] : most) + reach);
+    const uint8_t bottom = static_cast<uint8_t>((centre[x] > reach ? centre[x] : reach) - reach);
+    highest[x] = top;
+    span[x] = static_cast<uint8_t>(top - bottom + 1);
+  }
+}
+
 template <int taps>
 void AddNear(const uint8_t* __restrict values, const uint8_t* __restrict highest, const uint8_t* __restrict span,
              uint16_t* __restrict sums, uint16_t* __restrict counts, int width) {
   for (int x = 0; x < width; ++x) {
-    uint8_t sum = 0, count = 0;
+    uint8_t sum = 0, far = 0;
     for (int i = 0; i < taps; ++i) {
       // Wraps for values above the highest, so that either side of the range leaves nothing of the span.
       const uint8_t depth = static_cast<uint8_t>(highest[x] - values[x + i]);
-      const uint8_t near = static_cast<uint8_t>((depth > span[x] ? depth : span[x]) - depth);
-      sum = static_cast<uint8_t>(sum + near);
-      count = static_cast<uint8_t>(count + (near < 1 ? near : 1));
+      const uint8_t deeper = depth > span[x] ? depth : span[x];
+      sum = static_cast<uint8_t>(sum + static_cast<uint8_t>(deeper - depth));
+      far = static_cast<uint8_t>(far + (deeper == depth ? 1 : 0));
     }
     sums[x] = static_cast<uint16_t>(sums[x] + sum);
-    counts[x] = static_cast<uint16_t>(counts[x] + count);
+    counts[x] = static_cast<uint16_t>(counts[x] + taps - far);
   }
 }
 
@@ -57,6 +68,7 @@ void AddDistances(const uint8_t* __restrict values, const uint8_t* __restrict me
 
 extern const DirectKernels kDirectKernels;
 const DirectKernels kDirectKernels = {
+    RangesOf,
     {nullptr, AddNear<1>, AddNear<2>, AddNear<3>, AddNear<4>, AddNear<5>, AddNear<6>, AddNear<7>, AddNear<8>},
     MeanOfNear,
     {nullptr, CountNotAbove<1>, CountNotAbove<2>, CountNotAbove<3>, CountNotAbove<4>, CountNotAbove<5>,

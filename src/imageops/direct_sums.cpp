@@ -57,11 +57,7 @@ void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const B
   Scratch<unsigned char> highest(count), span(count);
   Scratch<unsigned short> sums(count), counts(count);
   for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      const int c = Row(centre, y)[x], top = std::min(c + limit, 255);
-      highest[x] = static_cast<unsigned char>(top);
-      span[x] = static_cast<unsigned char>(top - std::max(c - limit, 0) + 1);
-    }
+    kernels.rangesOf(Row(centre, y), limit, highest.data(), span.data(), width);
     std::fill_n(sums.data(), count, static_cast<unsigned short>(0));
     std::fill_n(counts.data(), count, static_cast<unsigned short>(0));
     ForTaps(reach, padded, y, mostTaps, [&](int taps, const unsigned char* samples) {

@@ -37,6 +37,8 @@ constexpr int kMostTaps = 8;  ///< taps that a direct kernel adds at a time
 /// Sums over neighbouring samples, for all pixels of a row at a time. Arrays with an index [taps], 1 .. kMostTaps, take
 /// values[x] .. values[x + taps - 1] for pixel x.
 struct DirectKernels {
+  /// The values within limit of centre[x]: the highest, at most 255, and how many there are. limit <= 127.
+  void (*rangesOf)(const uint8_t* centre, int limit, uint8_t* highest, uint8_t* span, int width);
   /// Over the values v in highest[x] - span[x] + 1 .. highest[x]: adds v - (highest[x] - span[x]) to sums[x] and 1 to
   /// counts[x]. taps * span[x] <= 255.
   void (*addNear[kMostTaps + 1])(const uint8_t* values, const uint8_t* highest, const uint8_t* span, uint16_t* sums,
