@@ -55,7 +55,7 @@ BytePlane BoxMeanFilter(int radius, const BytePlane& plane) {
     if (y - down - 1 >= 0) RemoveRow(Row(plane, y - down - 1), columns.data(), width);
     Accumulate(columns.data(), totals.data() + across, width);
     std::fill_n(totals.data() + across + width + 1, across, totals[across + width]);
-    DivideRow(totals.data(), totals.data() + 2 * across + 1, counts.data(),
+    DivideRow(totals.data(), totals.data() + across + across + 1, counts.data(),
               static_cast<float>(ClippedExtent(y, down, height)), Row(result, y), width);
   }
   return result;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <numeric>
 
@@ -57,8 +58,9 @@ LevelSet EqualCountLevels(const Histogram& histogram, int count) {
 
 LevelSet EvenLevels(const Histogram& histogram, int count) {
   assert(count >= 2);
-  std::vector<int> thresholds;
-  for (int i = 0; i < count - 1; ++i) thresholds.push_back(static_cast<int>(255.0 * (i + 1) / count + 0.5));
+  std::vector<int> thresholds(static_cast<std::size_t>(count - 1));
+  int level = 0;
+  for (int& threshold : thresholds) threshold = static_cast<int>(255.0 * ++level / count + 0.5);
   return {thresholds, MeansBetween(histogram, thresholds)};
 }
 

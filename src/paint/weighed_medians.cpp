@@ -70,14 +70,16 @@ std::ptrdiff_t WeighedMedians::Place(int y) const {
 
 void WeighedMedians::CornerMeans(int y, float* means) {
   WeighRows(y + reach_ + 1);
-  const std::ptrdiff_t above = Place(y - reach_), below = Place(y + reach_), side = 2 * reach_;
+  const std::ptrdiff_t above = Place(y - reach_), below = Place(y + reach_);
+  const std::ptrdiff_t side = 2 * std::ptrdiff_t{reach_};
   MeanRow(weighted_.data(), weights_.data(), {above, above + side, below, below + side}, means, planes_.medians.cols());
 }
 
 void WeighedMedians::AxialMeans(int y, float* means) {
   WeighRows(y + reach_ + 1);
   const std::ptrdiff_t row = Place(y), above = Place(y - reach_), below = Place(y + reach_);
-  MeanRow(weighted_.data(), weights_.data(), {row, row + 2 * reach_, above + reach_, below + reach_}, means,
+  const std::ptrdiff_t side = 2 * std::ptrdiff_t{reach_};
+  MeanRow(weighted_.data(), weights_.data(), {row, row + side, above + reach_, below + reach_}, means,
           planes_.medians.cols());
 }
 

@@ -92,7 +92,7 @@ TEST(DeviationPaint, EqualsItsDefinitionWithAnyWorkers) {
                                         << " quality " << quality);
         const BytePlane plane(rng() % 3 == 0 ? RandomPlane(height, width, rng) : PatchyPlane(height, width, rng));
         ExpectWithAnyWorkers(PaintByDefinition(plane, spread, push, quality),
-                             [&] { return DeviationPaint(plane, spread, push, quality); });
+                             [&, r = spread] { return DeviationPaint(plane, r, push, quality); });
       }
 }
 
@@ -173,8 +173,9 @@ TEST(GouacheStyle, EqualsItsDefinitionWithAnyWorkers) {
           if (sample - 96.0f > t) t = median;
           p.data()[i] = ToByte(t);
         }
-        ExpectWithAnyWorkers(ReplaceLuma(picture, luma, PaintByDefinition(p, spread, 1.25f, quality)),
-                             [&] { return GouacheStyle(preblur, k, spread, 1.25f, quality, picture); });
+        ExpectWithAnyWorkers(
+            ReplaceLuma(picture, luma, PaintByDefinition(p, spread, 1.25f, quality)),
+            [&, rb = preblur, gain = k] { return GouacheStyle(rb, gain, spread, 1.25f, quality, picture); });
       }
   });
 }

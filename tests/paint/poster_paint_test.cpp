@@ -164,7 +164,7 @@ TEST(DiagonalDiffusion, EqualsItsDefinitionWithAnyWorkers) {
                                               {64, 12, 4}}) {
     SCOPED_TRACE(testing::Message() << height << "x" << width << " rounds " << rounds);
     const BytePlane plane(RandomPlane(height, width, rng));
-    ExpectWithAnyWorkers(DiffusedByDefinition(rounds, plane), [&] { return DiagonalDiffusion(rounds, plane); });
+    ExpectWithAnyWorkers(DiffusedByDefinition(rounds, plane), [&, n = rounds] { return DiagonalDiffusion(n, plane); });
   }
   BytePlane board(8, 8);
   for (int y = 0; y < 8; ++y)
