@@ -11,6 +11,7 @@
 #include "render/lighter_step.h"
 #include "render/outline_steps.h"
 #include "render/paint_steps.h"
+#include "render/print_steps.h"
 #include "render/progress.h"
 #include "render/stage_availability.h"
 #include "render/stage_predicates.h"
@@ -61,6 +62,7 @@ class FrameRender {
     if (ReusesCrackle(settings_)) crackleLines_.emplace(LumaPlane709(work_));
     Report(4);
     if (Tinted(settings_)) work_ = TintForeground(work_);
+    ApplyPrintStages(settings_, work_);
     Report(5);
     BlurForOutlines();
     Report(6);

@@ -1,4 +1,4 @@
-/// What every paint style is put to: frames down to one pixel, and any number of workers.
+/// What every paint style and print stage is put to: frames down to one pixel, and any number of workers.
 #pragma once
 
 #include <gtest/gtest.h>

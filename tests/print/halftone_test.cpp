@@ -1,0 +1,129 @@
+#include "print/halftone.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+
+#include "imageops/resample.h"
+#include "print/screen_grid.h"
+#include "support/expect_styles.h"
+
+namespace quentara {
+namespace {
+
+/// Where a pixel falls by the polar form alone, as row * cell + column.
+int PolarPlace(float angle, int cell, int row, int column) {
+  const float y = static_cast<float>(row), x = static_cast<float>(column);
+  const float a = angle * 3.1415927f / 180.0f, r = std::sqrt(y * y + x * x);
+  const double turned = static_cast<double>(a + static_cast<float>(std::atan2(double{y}, double{x})));
+  const auto reduced = [&](double turn) {
+    const int whole = static_cast<int>(std::floor(r * static_cast<float>(turn) + 0.5f));
+    return ((whole % cell) + cell) % cell;
+  };
+  return reduced(std::sin(turned)) * cell + reduced(std::cos(turned));
+}
+
+/// The first place of a row on which the grid and the polar form differ, or "".
+std::string FirstDifferenceInRow(const ScreenGrid& grid, float angle, int y) {
+  std::vector<std::uint16_t> places(static_cast<std::size_t>(grid.width()));
+  grid.PlacesOfRow(y, places.data());
+  for (int x = 0; x < grid.width(); ++x) {
+    const int expected = angle == 0.0f ? y % grid.cell() * grid.cell() + x % grid.cell()
+                                       : PolarPlace(angle, grid.cell(), y, x);
+    if (expected != places[static_cast<std::size_t>(x)])
+      return "(" + std::to_string(y) + ", " + std::to_string(x) + ") of angle " + std::to_string(angle);
+  }
+  return "";
+}
+
+// Every pixel of a large frame at the effect's default angles and cell.
+TEST(ScreenGrid, IsThePolarFormOnALargeFrame) {
+  constexpr int kSide = 4096;
+  for (const float angle : {15.0f, 75.0f, 0.0f}) {
+    const ScreenGrid grid(angle, 5, kSide, kSide);
+    for (int y = 0; y < kSide; ++y) ASSERT_EQ("", FirstDifferenceInRow(grid, angle, y));
+  }
+}
+
+TEST(ScreenGrid, IsThePolarFormAtAnyAngleAndCell) {
+  std::mt19937 rng(62);
+  for (const float angle : {0.0f, 0.01f, 15.0f, 30.0f, 33.3f, 45.0f, 60.0f, 75.0f, 89.99f, 90.0f})
+    for (const int cell : {3, 10, 23, 64}) {
+      const ScreenGrid grid(angle, cell, 8192, 8192);
+      for (const int y : {0, 1, 4096, 8191, static_cast<int>(rng() % 8192)})
+        ASSERT_EQ("", FirstDifferenceInRow(grid, angle, y)) << "cell " << cell;
+    }
+}
+
+TEST(ThresholdTile, IsHighestInTheCentre) {
+  BytePlane expected(3, 3);  // tenths of 255, rounded half up
+  expected = 26, 128, 51, 153, 230, 179, 77, 204, 102;
+  EXPECT_EQ("", FirstDifference(expected, ThresholdTile(3)));
+  EXPECT_EQ(1, ThresholdTile(22)(0, 0));
+  EXPECT_EQ(0, ThresholdTile(23)(0, 0));  // a black pixel in this corner stays white
+}
+
+BytePlane TileByDefinition(int cell) {
+  std::map<float, std::vector<std::pair<int, int>>> spots;
+  const float last = static_cast<float>(cell - 1);
+  for (int i = 0; i < cell; ++i)
+    for (int j = 0; j < cell; ++j) {
+      const float a = (static_cast<float>(i) / last - 0.5f) * 2.0f, b = (static_cast<float>(j) / last - 0.5f) * 2.0f;
+      spots[1.0f - (b * b + a * a)].emplace_back(i, j);
+    }
+  BytePlane tile(cell, cell);
+  float k = 0.0f;
+  for (const auto& [spot, places] : spots)
+    for (const auto& [i, j] : places)
+      tile(i, j) = static_cast<unsigned char>(++k / static_cast<float>(cell * cell + 1) * 255.0f + 0.5f);
+  return tile;
+}
+
+BytePlane ScreenByDefinition(const BytePlane& plane, float angle, int cell) {
+  const BytePlane tile(TileByDefinition(cell));
+  BytePlane dots(plane.rows(), plane.cols());
+  for (int y = 0; y < plane.rows(); ++y)
+    for (int x = 0; x < plane.cols(); ++x) {
+      const int place = angle == 0.0f ? y % cell * cell + x % cell : PolarPlace(angle, cell, y, x);
+      dots(y, x) = plane(y, x) < tile(place / cell, place % cell) ? 0 : 255;
+    }
+  return dots;
+}
+
+BytePlane DoubledScreenByDefinition(const BytePlane& plane, float angle, int cell) {
+  BytePlane doubled(2 * plane.rows(), 2 * plane.cols());
+  for (int y = 0; y < doubled.rows(); ++y)
+    for (int x = 0; x < doubled.cols(); ++x) doubled(y, x) = plane(y / 2, x / 2);
+  return ResampleLuma(ScreenByDefinition(doubled, angle, 2 * cell), plane.rows(), plane.cols());
+}
+
+TEST(HalftonePattern, EqualsItsDefinitionOnRandomPictures) {
+  for (const int quality : {kFast, kHigh})
+    for (const auto& [dotSize, transparency] : {std::pair{1, 0.0f}, {3, 0.3f}, {30, 0.0f}})
+      ForPictures([&](const ChannelSet& picture, int) {
+        SCOPED_TRACE(testing::Message() << "quality " << quality << " dot size " << dotSize);
+        const HalftoneSettings settings = {dotSize, 15.0f, 90.0f, 0.0f, quality, transparency};
+        const float angles[] = {15.0f, 90.0f, 0.0f};
+        ChannelSet expected = picture;
+        for (int i = 0; i < 3; ++i)
+          expected.planes(i).reference(quality == kHigh
+                                           ? DoubledScreenByDefinition(picture.planes(i), angles[i], dotSize + 2)
+                                           : ScreenByDefinition(picture.planes(i), angles[i], dotSize + 2));
+        MixImages(picture, expected, 1.0f - transparency);
+        ExpectWithAnyWorkers(expected, [&] { return HalftonePattern(settings, picture); });
+      });
+}
+
+TEST(HalftoneScreen, KeepsWhiteAndTheMeanOfGrey) {
+  BytePlane plane(60, 60);
+  for (const int quality : {kFast, kHigh}) {
+    plane = 255;
+    EXPECT_EQ("", FirstDifference(plane, HalftoneScreen(plane, 15.0f, 5, quality)));
+    plane = 100;
+    EXPECT_NEAR(100.0, blitz::mean(HalftoneScreen(plane, 15.0f, 5, quality)), 8.0);
+  }
+}
+
+}  // namespace
+}  // namespace quentara
