@@ -35,7 +35,10 @@ void ScreenInBands(const BytePlane& plane, const ScreenGrid& grid, const BytePla
 class DoubledRows {
  public:
   DoubledRows(const BytePlane& plane, const ScreenGrid& grid, const BytePlane& tile)
-      : plane_(plane), grid_(grid), thresholds_(tile.data()), places_(static_cast<std::size_t>(grid.width())),
+      : plane_(plane),
+        grid_(grid),
+        thresholds_(tile.data()),
+        places_(static_cast<std::size_t>(grid.width())),
         white_(static_cast<std::size_t>(grid.width())) {}
 
   /// The row between the doubled rows 2 * y - 1 and 2 * y, and between such columns; the first ones stand alone.
@@ -108,8 +111,7 @@ ChannelSet HalftonePattern(const HalftoneSettings& settings, const ChannelSet& p
   const float angles[] = {settings.redAngle, settings.greenAngle, settings.blueAngle};
   ChannelSet screened = BlankLike(picture, picture.height(), picture.width());
   for (int i = 0; i < 3; ++i)
-    screened.planes(i).reference(
-        HalftoneScreen(picture.planes(i), angles[i], settings.dotSize + 2, settings.quality));
+    screened.planes(i).reference(HalftoneScreen(picture.planes(i), angles[i], settings.dotSize + 2, settings.quality));
   if (settings.transparency > 0.0f) MixImages(picture, screened, 1.0f - settings.transparency);
   return screened;
 }

@@ -8,9 +8,9 @@ namespace quentara {
 
 /// The thresholds of a screen cell: an ordered dither by a round spot.
 ///
-/// A place (i, j) of the cell has the spot value 1 - (b * b + a * a), with a = (i / (cell - 1) - 0.5) * 2 and b the same
-/// of j. In the order of these values, equal ones in row order, place number k gets
-/// trunc((k + 1) / (cell * cell + 1) * 255 + 0.5); all in single precision. Corners are lowest, the centre is highest.
+/// A place (i, j) of the cell has the spot value 1 - (b * b + a * a), with a = (i / (cell - 1) - 0.5) * 2 and b the
+/// same of j. In the order of these values, equal ones in row order, place number k gets trunc((k + 1) / (cell * cell +
+/// 1) * 255 + 0.5); all in single precision. Corners are lowest, the centre is highest.
 /// @param cell  >= 2.
 /// @return cell x cell.
 BytePlane ThresholdTile(int cell);
@@ -25,7 +25,8 @@ BytePlane ThresholdTile(int cell);
 /// @param quality  kFast or kHigh.
 BytePlane HalftoneScreen(const BytePlane& plane, float angle, int cell, int quality);
 
-/// Screens each channel at its own angle with cells of dotSize + 2 pixels, and mixes the picture in by its transparency.
+/// Screens each channel at its own angle with cells of dotSize + 2 pixels, and mixes the picture in by its
+/// transparency.
 /// @param settings  dotSize 1..30.
 /// @param picture   "RGB".
 ChannelSet HalftonePattern(const HalftoneSettings& settings, const ChannelSet& picture);

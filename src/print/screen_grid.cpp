@@ -31,8 +31,12 @@ float RoundHalfUp(float value) {
 }  // namespace
 
 ScreenGrid::ScreenGrid(float angle, int cell, int height, int width)
-    : angle_(angle * 3.1415927f / 180.0f), cell_(cell), width_(width), cosine_(std::cos(static_cast<double>(angle_))),
-      sine_(std::sin(static_cast<double>(angle_))), edge_(EdgeOf(cell, height, width)) {
+    : angle_(angle * 3.1415927f / 180.0f),
+      cell_(cell),
+      width_(width),
+      cosine_(std::cos(static_cast<double>(angle_))),
+      sine_(std::sin(static_cast<double>(angle_))),
+      edge_(EdgeOf(cell, height, width)) {
   assert(angle >= 0.0f && angle <= 90.0f && cell >= 1 && cell <= 64 && height + width <= 65536);
 }
 
@@ -44,8 +48,8 @@ std::uint32_t ScreenGrid::PhaseOf(double pixels) const {
 std::uint16_t ScreenGrid::PolarPlace(int y, int x) const {
   const float row = static_cast<float>(y), column = static_cast<float>(x);
   const float radius = std::sqrt(row * row + column * column);
-  const double turned =
-      static_cast<double>(angle_ + static_cast<float>(std::atan2(static_cast<double>(row), static_cast<double>(column))));
+  const double turned = static_cast<double>(
+      angle_ + static_cast<float>(std::atan2(static_cast<double>(row), static_cast<double>(column))));
   const float u = RoundHalfUp(radius * static_cast<float>(std::cos(turned)));
   const float v = RoundHalfUp(radius * static_cast<float>(std::sin(turned)));
   return static_cast<std::uint16_t>(FlooredModulus(v, cell_) * cell_ + FlooredModulus(u, cell_));

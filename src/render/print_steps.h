@@ -6,7 +6,7 @@
 
 namespace quentara {
 
-/// Runs Duotone Shading on the picture, if it is asked for.
+/// Runs Duotone Shading on the picture, if it is asked for, then Halftone Pattern, if it is visible.
 void ApplyPrintStages(const RenderSettings& settings, ChannelSet& picture);
 
 }  // namespace quentara

@@ -15,7 +15,6 @@ void Refuse(bool wanted, const char* stage) {
 }  // namespace
 
 void RequireBuiltStages(const RenderSettings& settings) {
-  Refuse(Visible(settings.halftone), "Halftone Pattern");
   Refuse(Visible(settings.stipplePattern), "Stipple Pattern");
 }
 

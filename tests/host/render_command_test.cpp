@@ -85,9 +85,9 @@ TEST_P(Depths, DoNothingForAnEmptyLayer) {
 }
 
 TEST_P(Depths, RefuseAStageThatIsNotThere) {
-  host.Param(13).u.bd.value = 1;
+  host.Param(36).u.bd.value = 1;
   EXPECT_EQ(PF_Err_INTERNAL_STRUCT_DAMAGED, host.Render(input, output));
-  EXPECT_THAT(host.out.return_msg, testing::HasSubstr("Halftone Pattern"));
+  EXPECT_THAT(host.out.return_msg, testing::HasSubstr("Stipple Pattern"));
   EXPECT_EQ(PF_OutFlag_DISPLAY_ERROR_MESSAGE, host.out.out_flags);
   EXPECT_EQ(before.memory, output.memory);
   EXPECT_EQ(0, FakeHandles::live);

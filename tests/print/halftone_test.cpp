@@ -29,8 +29,8 @@ std::string FirstDifferenceInRow(const ScreenGrid& grid, float angle, int y) {
   std::vector<std::uint16_t> places(static_cast<std::size_t>(grid.width()));
   grid.PlacesOfRow(y, places.data());
   for (int x = 0; x < grid.width(); ++x) {
-    const int expected = angle == 0.0f ? y % grid.cell() * grid.cell() + x % grid.cell()
-                                       : PolarPlace(angle, grid.cell(), y, x);
+    const int expected =
+        angle == 0.0f ? y % grid.cell() * grid.cell() + x % grid.cell() : PolarPlace(angle, grid.cell(), y, x);
     if (expected != places[static_cast<std::size_t>(x)])
       return "(" + std::to_string(y) + ", " + std::to_string(x) + ") of angle " + std::to_string(angle);
   }
