@@ -3,6 +3,8 @@
 #include <atomic>
 #include <csignal>
 
+#include "errors.h"
+
 namespace quentara::cli {
 namespace {
 
@@ -29,6 +31,10 @@ void WatchForInterruption() {
 
 int InterruptingSignal() {
   return interruptingSignal;
+}
+
+void CheckInterruption() {
+  if (InterruptingSignal() != 0) throw Cancelled();
 }
 
 }  // namespace quentara::cli

@@ -9,4 +9,7 @@ void WatchForInterruption();
 /// The signal that came, 0 before one has.
 int InterruptingSignal();
 
+/// @throws Cancelled once a signal has come.
+void CheckInterruption();
+
 }  // namespace quentara::cli

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace quentara::cli {
 namespace {
@@ -18,9 +19,9 @@ std::string Formatted(const char* format, double number) {
   return text;
 }
 
-std::string Rate(double frames, double seconds) {
-  const double rate = seconds > 0 ? frames / seconds : 0;
-  return Formatted(rate < 10 ? "%.2f" : "%.1f", rate) + " frames/s";
+std::string Rate(double units, double seconds) {
+  const double rate = seconds > 0 ? units / seconds : 0;
+  return Formatted(rate < 10 ? "%.2f" : "%.1f", rate);
 }
 
 }  // namespace
@@ -36,8 +37,8 @@ std::string FormatDuration(double seconds) {
   return text;
 }
 
-ProgressReport::ProgressReport(std::optional<std::int64_t> frames, bool quiet)
-    : frames_(frames), quiet_(quiet), terminal_(isatty(STDERR_FILENO) == 1) {}
+ProgressReport::ProgressReport(std::optional<std::int64_t> frames, bool quiet, std::string unit)
+    : frames_(frames), quiet_(quiet), unit_(std::move(unit)), terminal_(isatty(STDERR_FILENO) == 1) {}
 
 ProgressReport::~ProgressReport() {
   EndLine();
@@ -62,8 +63,8 @@ void ProgressReport::Finish(const std::string& output) {
   if (quiet_) return;
   const double seconds = Seconds();
   const std::string duration = seconds < 10 ? Formatted("%.2f s", seconds) : FormatDuration(seconds);
-  const std::string rate = done_ > 1 ? " (" + Rate(static_cast<double>(done_), seconds) + ")" : "";
-  std::fprintf(stderr, "%lld %s in %s%s -> %s\n", static_cast<long long>(done_), done_ == 1 ? "frame" : "frames",
+  const std::string rate = done_ > 1 ? " (" + Rate(static_cast<double>(done_), seconds) + " " + unit_ + "s/s)" : "";
+  std::fprintf(stderr, "%lld %s%s in %s%s -> %s\n", static_cast<long long>(done_), unit_.c_str(), done_ == 1 ? "" : "s",
                duration.c_str(), rate.c_str(), output.c_str());
 }
 
@@ -74,10 +75,10 @@ double ProgressReport::Seconds() const {
 std::string ProgressReport::Line(double partOfFrame) const {
   const double finished = static_cast<double>(done_) + partOfFrame;
   const double seconds = Seconds();
-  std::string line = "frame " + std::to_string(terminal_ && partOfFrame > 0 ? done_ + 1 : done_);
+  std::string line = unit_ + " " + std::to_string(terminal_ && partOfFrame > 0 ? done_ + 1 : done_);
   if (frames_) line += " of " + std::to_string(*frames_);
   if (partOfFrame > 0) line += Formatted(" (%.0f%%)", 100 * partOfFrame);
-  line += ", " + Rate(finished, seconds);
+  line += ", " + Rate(finished, seconds) + " " + unit_ + "s/s";
   if (frames_ && finished > 0)
     line +=
         ", " + FormatDuration(seconds * std::max(0.0, static_cast<double>(*frames_) - finished) / finished) + " left";

@@ -16,7 +16,8 @@ class ProgressReport {
  public:
   /// @param frames  how many there will be, if that is known.
   /// @param quiet  says nothing but notes.
-  ProgressReport(std::optional<std::int64_t> frames, bool quiet);
+  /// @param unit  what is counted, in the singular.
+  ProgressReport(std::optional<std::int64_t> frames, bool quiet, std::string unit = "frame");
   /// Ends an unfinished line.
   ~ProgressReport();
   ProgressReport(const ProgressReport&) = delete;
@@ -42,6 +43,7 @@ class ProgressReport {
 
   std::optional<std::int64_t> frames_;
   bool quiet_;
+  std::string unit_;
   bool terminal_;
   bool lineOpen_ = false;
   std::int64_t done_ = 0;

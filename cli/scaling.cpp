@@ -98,15 +98,18 @@ int ReducedLength(int length, const Downsampling& by) {
 }
 
 media::Frame Reduced(const media::Frame& frame, const Downsampling& downsampling) {
-  media::Frame reduced = media::BlankFrame(ReducedLength(frame.width, downsampling),
-                                           ReducedLength(frame.height, downsampling), frame.deep);
-  reduced.number = frame.number;
-  reduced.origin = frame.origin;
+  return Resized(frame, ReducedLength(frame.width, downsampling), ReducedLength(frame.height, downsampling));
+}
+
+media::Frame Resized(const media::Frame& frame, int width, int height) {
+  media::Frame resized = media::BlankFrame(width, height, frame.deep);
+  resized.number = frame.number;
+  resized.origin = frame.origin;
   std::array<Plane, 4> planes = Premultiplied(frame);
-  const PlaneScaler scale(frame.width, frame.height, reduced.width, reduced.height);
+  const PlaneScaler scale(frame.width, frame.height, width, height);
   for (Plane& plane : planes) plane = scale(plane);
-  StoreStraight(planes, reduced);
-  return reduced;
+  StoreStraight(planes, resized);
+  return resized;
 }
 
 }  // namespace quentara::cli

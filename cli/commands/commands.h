@@ -8,6 +8,9 @@ namespace quentara::cli {
 /// `render`: footage in, rendered footage out.
 void AddRenderCommand(CLI::App& program);
 
+/// `sheet`: a contact sheet of what the effect makes of a frame.
+void AddSheetCommand(CLI::App& program);
+
 /// `params`: the effect's parameters and their values.
 void AddParamsCommand(CLI::App& program);
 

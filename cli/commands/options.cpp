@@ -1,9 +1,12 @@
 #include "commands/options.h"
 
+#include <algorithm>
 #include <optional>
+#include <thread>
 #include <utility>
 
 #include "errors.h"
+#include "interruption.h"
 #include "parameters/text.h"
 
 namespace quentara::cli {
@@ -51,6 +54,21 @@ ParameterValues EffectOptions::Values(const ParameterTable& table) const {
   ParameterValues values = table.Defaults();
   for (const std::string& assignment : assignments) table.Assign(assignment, values);
   return values;
+}
+
+RunOptions::RunOptions() : threads(static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 256u))) {}
+
+void RunOptions::AddTo(CLI::App& command) {
+  command.add_flag("-y,--overwrite", overwrite, "Replace an output that exists");
+  command.add_option("--threads", threads, "Workers for one frame [all processors]")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256));
+  command.add_flag("-q,--quiet", quiet, "Show no progress");
+}
+
+Watch WatchWith(ProgressReport& progress) {
+  return {[] { return InterruptingSignal() != 0; }, [&](int done, int total) { progress.Within(done, total); },
+          [&](const std::string& text) { progress.Note(text); }};
 }
 
 Downsampling ParseDownsampling(const std::string& option, const std::string& text) {

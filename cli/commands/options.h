@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/effect.h"
+#include "progress.h"
 
 namespace quentara::cli {
 
@@ -24,6 +25,19 @@ struct EffectOptions {
   /// The effect's defaults with all --set carried out in turn. @throws UsageError
   ParameterValues Values(const ParameterTable& table) const;
 };
+
+/// How a command that renders goes about it.
+struct RunOptions {
+  int threads;  ///< all processors if not set
+  bool overwrite = false;
+  bool quiet = false;
+
+  RunOptions();
+  void AddTo(CLI::App& command);
+};
+
+/// Lets Ctrl-C stop the effect, and the report show its progress and its notes.
+Watch WatchWith(ProgressReport& progress);
 
 /// "N/D" with 0 < N <= D <= 1000. @throws UsageError that names the option.
 Downsampling ParseDownsampling(const std::string& option, const std::string& text);

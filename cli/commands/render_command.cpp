@@ -2,9 +2,7 @@ extern "C" {
 #include <libavutil/parseutils.h>
 }
 
-#include <algorithm>
 #include <optional>
-#include <thread>
 #include <utility>
 
 #include "commands/commands.h"
@@ -21,6 +19,7 @@ namespace {
 
 struct RenderOptions {
   EffectOptions effect;
+  RunOptions run;
   std::string input;
   std::string output;
   std::string frames;
@@ -28,9 +27,6 @@ struct RenderOptions {
   std::string preview;
   std::string frameRate;
   bool noAudio = false;
-  int threads = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 256u));
-  bool overwrite = false;
-  bool quiet = false;
 };
 
 std::optional<media::FrameRange> Range(const std::string& frames) {
@@ -46,11 +42,6 @@ FrameTime TimeOf(const media::FrameInfo& info, std::int64_t index) {
   return {index, info.frameCount.value_or(index + 1), info.frameRate.numerator, info.frameRate.denominator};
 }
 
-Watch WatchWith(ProgressReport& progress) {
-  return {[] { return InterruptingSignal() != 0; }, [&](int done, int total) { progress.Within(done, total); },
-          [&](const std::string& text) { progress.Note(text); }};
-}
-
 /// What the frames that the effect gets are reduced to.
 Downsampling DownsamplingOf(const RenderOptions& options) {
   if (!options.preview.empty()) return ParseDownsampling("--preview", options.preview);
@@ -63,10 +54,6 @@ media::Rational FrameRateOf(const std::string& text) {
   if (av_parse_video_rate(&rate, text.c_str()) < 0)
     throw UsageError("--fps takes frames per second such as 25, 23.976 or 24000/1001, not \"" + text + "\"");
   return {rate.num, rate.den};
-}
-
-void CheckInterruption() {
-  if (InterruptingSignal() != 0) throw Cancelled();
 }
 
 void RenderFrames(const RenderOptions& options, EffectInstance& instance, const ParameterValues& values,
@@ -91,14 +78,14 @@ void Run(const RenderOptions& options) {
   std::unique_ptr<media::Input> input = media::OpenInput(options.input, range);
   if (!options.preview.empty()) input = ReduceInput(std::move(input), downsampling);
   media::OutputOptions outputOptions;
-  outputOptions.overwrite = options.overwrite;
+  outputOptions.overwrite = options.run.overwrite;
   outputOptions.audio = !options.noAudio;
   if (!options.frameRate.empty()) outputOptions.frameRate = FrameRateOf(options.frameRate);
   const std::unique_ptr<media::Output> output = media::OpenOutput(options.output, *input, outputOptions);
 
-  ProgressReport progress(input->Info().frameCount, options.quiet);
+  ProgressReport progress(input->Info().frameCount, options.run.quiet);
   for (const std::string& warning : input->Warnings()) progress.Note(warning);
-  EffectInstance instance(*effect, options.threads, WatchWith(progress), downsampling);
+  EffectInstance instance(*effect, options.run.threads, WatchWith(progress), downsampling);
   RenderFrames(options, instance, values, *input, *output, progress);
 }
 
@@ -114,12 +101,9 @@ void AddRenderCommand(CLI::App& program) {
       "A picture (PNG, JPEG, TIFF, PPM), a sequence of them\n(frame.%04d.png, frame.####.png) or a video", "INPUT")
       ->required();
   add("-o,--output", options->output, "Where to; the extension says what is written", "OUTPUT")->required();
-  command->add_flag("-y,--overwrite", options->overwrite, "Replace an output that exists");
+  options->run.AddTo(*command);
   options->effect.AddTo(*command);
   add("--frames", options->frames, "Only these frames: 1-100, 1-100x2 (every second)\nor 1,5,20-30", "RANGE");
-  command->add_option("--threads", options->threads, "Workers for one frame [all processors]")
-      ->type_name("N")
-      ->check(CLI::Range(1, 256));
   CLI::Option* preview =
       add("--preview", options->preview, "Reduce the frames to this fraction, such as 1/2;\nradii follow", "N/D");
   add("--downsample", options->downsample, "The input is already reduced to this fraction;\nradii follow", "N/D")
@@ -127,7 +111,6 @@ void AddRenderCommand(CLI::App& program) {
   add("--fps", options->frameRate, "Frames per second of a video made from pictures [24];\na video keeps its own",
       "RATE");
   command->add_flag("--no-audio", options->noAudio, "Leave the audio of a video out");
-  command->add_flag("-q,--quiet", options->quiet, "Show no progress");
   command->footer("Example: quentara render clip.mp4 -o painted.mp4 --set \"Flat Shaded/Flatness=14\"");
   command->callback([options] { Run(*options); });
 }

@@ -89,6 +89,24 @@ TEST(Render, KeepsTheNumbersOfASequenceAndReportsItsGaps) {
   EXPECT_EQ(expected.pixels, ReadPicture(folder / "out.06.png").pixels);
 }
 
+TEST(Sheet, ShowsEveryStyleOfOneFrameAndNeverOverwritesUnasked) {
+  const TemporaryFolder folder;
+  WriteRandomPng(folder / "in.png");
+  const Arguments sheet = {"sheet", folder / "in.png", "-o", folder / "sheet.png", "--columns", "30"};
+  const Outcome outcome = RunProgram(sheet);
+  ASSERT_EQ(0, outcome.status) << outcome.err;
+  // The frame and nine choices of style in a row of 23 pixels each, and at least seven outlines below.
+  const Frame picture = ReadPicture(folder / "sheet.png");
+  EXPECT_GE(picture.width, 10 * 23);
+  EXPECT_GE(picture.height, 2 * 17);
+  const Outcome again = RunProgram(sheet);
+  EXPECT_EQ(4, again.status);
+  ExpectOneLine(again.err, "exists already");
+  // Only a stage that the effect's version lacks is left out.
+  EXPECT_EQ(5, RunProgram(sheet + Arguments{"-y", "-q"} + WithFake("Fail")).status);
+  EXPECT_EQ(picture.pixels, ReadPicture(folder / "sheet.png").pixels);
+}
+
 TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
   const TemporaryFolder folder;
   Frame frame = media::BlankFrame(4, 4, false);
@@ -141,7 +159,7 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
     Arguments arguments;
     const char* message;
   } cases[] = {
-      {2, {}, "say what to do: render or params"},
+      {2, {}, "say what to do: render"},
       {2, {"paint"}, "no command \"paint\""},
       {2, {"render", in}, "--output is required"},
       {2, {"render", "-o", out}, "input is required"},
