@@ -27,8 +27,8 @@ struct HistogramKernels {
   void (*rangeMean)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
   /// out[x] = the sum of |v - medians[x]| over the values v.
   void (*deviation)(const HistogramRow& row, const uint8_t* medians, int* sums);
-  /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest; at least one
-  /// of them occurs. At most 32767 samples.
+  /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest; at least
+  /// one of them occurs. At most 32767 samples.
   void (*mode)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
 };
 
