@@ -14,16 +14,17 @@ int Pitch(int columns) {
 
 }  // namespace
 
-bool FitsColumnHistograms(WindowReach reach, int height, int width) {
+bool FitsColumnHistograms(WindowReach reach, int height, int width, int mostSamples) {
   const int rows = ClippedExtent(0, 2 * std::min(reach.rows, height), height);
   const int columns = ClippedExtent(0, 2 * std::min(reach.columns, width), width);
-  return rows <= 255 && rows * columns <= 32767;
+  return rows <= 255 && rows * columns <= mostSamples;
 }
 
 ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, bool coarse)
     : reach_{std::min(reach.rows, values.rows()), std::min(reach.columns, values.cols())},
       values_(values),
       coarse_(coarse),
+      largeWindows_(!FitsColumnHistograms(reach, values.rows(), values.cols())),
       pitch_(Pitch(std::min(kStrip, values.cols()) + 2 * reach_.columns + 1)),
       counters_(kSegments + 1, pitch_) {}
 
@@ -58,8 +59,12 @@ void ColumnHistograms::AddRow(int y, int step) {
 
 HistogramRow ColumnHistograms::row() const {
   const unsigned char* const counters = counters_.data();
-  return {counters, coarse_ ? counters + static_cast<std::ptrdiff_t>(kSegments) * pitch_ : nullptr,
-          static_cast<std::size_t>(pitch_), 2 * reach_.columns + 1, width_};
+  return {counters,
+          coarse_ ? counters + static_cast<std::ptrdiff_t>(kSegments) * pitch_ : nullptr,
+          static_cast<std::size_t>(pitch_),
+          2 * reach_.columns + 1,
+          width_,
+          largeWindows_};
 }
 
 }  // namespace quentara

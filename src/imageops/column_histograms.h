@@ -13,8 +13,11 @@
 
 namespace quentara {
 
-/// Whether the counters can hold the windows of a plane: a column in 8 bits, a window in 15.
-bool FitsColumnHistograms(WindowReach reach, int height, int width);
+/// How many samples a window may hold: read-outs that multiply its counters see a sign above 15 bits.
+constexpr int kMostSummed = 32767, kMostRanked = 65535;
+
+/// Whether the counters can hold the windows of a plane: at most 255 samples in a column and `mostSamples` in all.
+bool FitsColumnHistograms(WindowReach reach, int height, int width, int mostSamples = kMostSummed);
 
 class ColumnHistograms {
  public:
@@ -36,6 +39,7 @@ class ColumnHistograms {
   const WindowReach reach_;
   const BytePlane& values_;
   const bool coarse_;
+  const bool largeWindows_;
   const int pitch_;
   BytePlane counters_;  ///< one row for each of the 16 segments, the coarse level in the 17th
   int width_ = 0, firstColumn_ = 0, endColumn_ = 0, firstCounter_ = 0;

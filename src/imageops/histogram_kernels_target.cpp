@@ -128,6 +128,7 @@ struct RankReadOut {
 struct RangeMedianReadOut {
   const uint8_t* centre;
   int limit;
+  bool largeWindows;
   uint8_t* out;
 
   LANES_INLINE_METHOD void Prepare(Window& window, int x, int end) const { TrackNear(centre, limit, x, end, window); }
@@ -135,9 +136,11 @@ struct RangeMedianReadOut {
     const int lowest = Larger(centre[x] - limit, 0), highest = Smaller(centre[x] + limit, 255);
     window.SumUp();
     // With b samples below the range and e up to its end, the lower median has rank b + (e - b - 1) / 2.
-    const int twice =
-        window.BelowSegment(lowest / 16) + window.BelowSegment(highest / 16) +
-        Total(window.InSegment(lowest / 16, lowest % 16) + window.InSegment(highest / 16, highest % 16 + 1));
+    const WideLanes below = window.InSegment(lowest / 16, lowest % 16);
+    const WideLanes upTo = window.InSegment(highest / 16, highest % 16 + 1);
+    // A counter above 32767 lacks 65536 in a sum; each sum on its own is below that.
+    const int inSegments = largeWindows ? (Total(below) & 0xffff) + (Total(upTo) & 0xffff) : Total(below + upTo);
+    const int twice = window.BelowSegment(lowest / 16) + window.BelowSegment(highest / 16) + inSegments;
     out[x] = static_cast<uint8_t>(window.ValueOfRank((twice - 1) / 2));
   }
 };
@@ -242,7 +245,7 @@ void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {
 }
 
 void RangeMedian(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out) {
-  WalkRow(row, RangeMedianReadOut{centre, limit, out});
+  WalkRow(row, RangeMedianReadOut{centre, limit, row.largeWindows, out});
 }
 
 void RangeMean(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out) {

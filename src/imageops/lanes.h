@@ -50,10 +50,11 @@ LANES_INLINE Lanes RunningSums(Lanes a) {
   return {_mm256_add_epi16(s, _mm256_shuffle_epi8(lowHalf, _mm256_set1_epi16(0x0F0E)))};
 }
 
-/// How many lanes, at most 32767 each, are not above the limit.
+/// How many lanes, unsigned, are not above the limit, 0..65535.
 LANES_INLINE int CountNotAbove(Lanes a, int limit) {
-  const __m256i above = _mm256_cmpgt_epi16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
-  return 16 - __builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above))) / 2;
+  const __m256i excess = _mm256_subs_epu16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
+  const __m256i notAbove = _mm256_cmpeq_epi16(excess, _mm256_setzero_si256());
+  return __builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(notAbove))) / 2;
 }
 
 LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
@@ -138,11 +139,12 @@ LANES_INLINE Lanes RunningSums(Lanes a) {
   return {low, _mm_add_epi16(half(a.high), carry)};
 }
 
-/// How many lanes, at most 32767 each, are not above the limit.
+/// How many lanes, unsigned, are not above the limit, 0..65535.
 LANES_INLINE int CountNotAbove(Lanes a, int limit) {
-  const __m128i limits = _mm_set1_epi16(static_cast<short>(limit));
-  const __m128i above = _mm_packs_epi16(_mm_cmpgt_epi16(a.low, limits), _mm_cmpgt_epi16(a.high, limits));
-  return 16 - __builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(above)));
+  const __m128i limits = _mm_set1_epi16(static_cast<short>(limit)), zero = _mm_setzero_si128();
+  const __m128i notAbove = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(a.low, limits), zero),
+                                           _mm_cmpeq_epi16(_mm_subs_epu16(a.high, limits), zero));
+  return __builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(notAbove)));
 }
 
 LANES_INLINE Lanes operator&(Lanes a, Lanes b) {

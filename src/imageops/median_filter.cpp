@@ -64,7 +64,7 @@ BytePlane MedianFilter(int radius, const BytePlane& plane) {
   assert(radius >= 0);
   BytePlane result(plane.rows(), plane.cols());
   const WindowReach reach = SquareReach(radius);
-  if (FitsColumnHistograms(reach, plane.rows(), plane.cols()))
+  if (FitsColumnHistograms(reach, plane.rows(), plane.cols(), kMostRanked))
     MedianFromHistograms(reach, plane, result);
   else
     MedianFromSlidingHistogram(reach, plane, result);

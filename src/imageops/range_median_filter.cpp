@@ -33,7 +33,7 @@ BytePlane RangeMedian(WindowReach reach, const BytePlane& centre, const BytePlan
   assert(reach.rows >= 0 && reach.columns >= 0 && limit >= 0 && SameSize(centre, values));
   BytePlane result(values.rows(), values.cols());
   const int range = std::min(limit, 255);
-  if (FitsColumnHistograms(reach, values.rows(), values.cols()))
+  if (FitsColumnHistograms(reach, values.rows(), values.cols(), kMostRanked))
     RangeMedianFromHistograms(reach, centre, values, range, result);
   else
     RangeMedianFromSlidingHistogram(reach, centre, values, range, result);

@@ -15,9 +15,10 @@ struct HistogramRow {
   size_t pitch;           ///< bytes from one segment to the next
   int side;               ///< the window of pixel x is columns x .. x + side - 1
   int width;              ///< pixels in the row; width + side columns are there to be read
+  bool largeWindows;      ///< a window may hold more than 32767 samples
 };
 
-/// Read-outs of all windows of a row, each of at most 32767 samples.
+/// Read-outs of all windows of a row, each of at most 32767 samples; `rank` and `rangeMedian` take up to 65535.
 struct HistogramKernels {
   /// out[x] = the value of rank ranks[x], counted from 0.
   void (*rank)(const HistogramRow& row, const int* ranks, uint8_t* out);

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <vector>
 
@@ -129,6 +131,41 @@ void ForFilters(int radius, int limit, const Check& check) {
   check([=](Planes a, Planes b) { return RangeModeFilter2(radius, a, b, limit); });
   check([=](Planes, Planes b) { return DiamondMedianFilter(radius, b); });
   check([=](Planes a, Planes b) { return DiamondDeviationFilter(radius, a, b); });
+}
+
+// The window of (y, x), of which only the samples within limit of c, in order.
+std::vector<unsigned char> SortedWindow(const BytePlane& plane, int y, int x, int radius, int c, int limit) {
+  std::vector<unsigned char> window;
+  for (int j = std::max(y - radius, 0); j <= std::min(y + radius, plane.rows() - 1); ++j)
+    for (int i = std::max(x - radius, 0); i <= std::min(x + radius, plane.cols() - 1); ++i)
+      if (std::abs(plane(j, i) - c) <= limit) window.push_back(plane(j, i));
+  std::sort(window.begin(), window.end());
+  return window;
+}
+
+// Counters above 32767 look negative to some vector instructions; whole planes would take the definitions too long.
+TEST(RankFilters, TakeWindowsOfUpTo65535Samples) {
+  constexpr int kHeight = 250, kWidth = 262, kRadius = 127;
+  std::mt19937 rng(7);
+  const BytePlane random(RandomPlane(kHeight, kWidth, rng)), nearlyFlat(RandomPlane(kHeight, kWidth, rng, 118, 121));
+  BytePlane flat(kHeight, kWidth);
+  flat = 119;
+  for (const WindowKernels* kernels : RunnableKernels()) {
+    const KernelScope scope(*kernels);
+    for (const BytePlane* plane : std::initializer_list<const BytePlane*>{&random, &nearlyFlat, &flat}) {
+      const BytePlane median(MedianFilter(kRadius, *plane));
+      for (const int limit : {0, 1, 20, 255}) {
+        const BytePlane ranged(RangeMedianFilter2(kRadius, *plane, *plane, limit));
+        for (int n = 0; n < 12; ++n) {
+          const int y = static_cast<int>(rng() % kHeight), x = 128 + static_cast<int>(rng() % 6), c = (*plane)(y, x);
+          const auto all = SortedWindow(*plane, y, x, kRadius, 0, 255);
+          EXPECT_EQ(all[all.size() / 2], median(y, x)) << kernels->name << " " << y << ", " << x;
+          const auto near = SortedWindow(*plane, y, x, kRadius, c, limit);
+          EXPECT_EQ(near[(near.size() - 1) / 2], ranged(y, x)) << kernels->name << " limit " << limit << " " << y;
+        }
+      }
+    }
+  }
 }
 
 TEST(WindowFilters, DoNotDependOnTheWorkers) {
