@@ -9,6 +9,7 @@
 #include "outlines/soft_outlines.h"
 #include "outlines/woodcut_outlines.h"
 #include "paint/crackle.h"
+#include "print/stipple.h"
 #include "render/progress.h"
 #include "render/stage_predicates.h"
 
@@ -42,6 +43,7 @@ void ApplyOutlines(const RenderSettings& settings, const OutlineInputs& inputs, 
     picture = WoodcutOutlines(*s, color, levels, skin, blur, inputs.source, source, picture);
   if (const auto* s = settings.scratchboardOutlines; Visible(s))
     picture = ScratchboardOutlines(*s, color, source, picture);
+  if (const auto* s = settings.stipplePattern; Visible(s)) picture = StipplePattern(*s, color, levels, source, picture);
   Report(9);
 }
 

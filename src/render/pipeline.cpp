@@ -13,7 +13,6 @@
 #include "render/paint_steps.h"
 #include "render/print_steps.h"
 #include "render/progress.h"
-#include "render/stage_availability.h"
 #include "render/stage_predicates.h"
 
 namespace quentara {
@@ -106,7 +105,6 @@ class FrameRender {
 
 FrameBuffers RenderPipeline::Render(const RenderSettings& settings, Plugin::Host& host) {
   const Plugin::HostScope scope(host);
-  RequireBuiltStages(settings);
   Report(0);
   return FrameRender(settings).Run();
 }

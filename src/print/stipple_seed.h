@@ -1,0 +1,24 @@
+/// Where Stipple Pattern's specks differ from one render to the next.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+namespace quentara {
+
+/// The seed of the next stipple: the low 32 bits of the clock in nanoseconds, or what a `StippleSeedScope` says.
+std::uint32_t StippleSeed();
+
+/// Fixes the seed of every stipple that the calling thread renders in the life of the scope.
+class StippleSeedScope {
+ public:
+  explicit StippleSeedScope(std::uint32_t seed);
+  ~StippleSeedScope();
+  StippleSeedScope(const StippleSeedScope&) = delete;
+  StippleSeedScope& operator=(const StippleSeedScope&) = delete;
+
+ private:
+  const std::optional<std::uint32_t> former_;
+};
+
+}  // namespace quentara
