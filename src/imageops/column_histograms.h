@@ -14,7 +14,7 @@
 namespace quentara {
 
 /// How many samples a window may hold: read-outs that multiply its counters see a sign above 15 bits.
-constexpr int kMostSummed = 32767, kMostRanked = 65535;
+constexpr int kMostSummed = 32767, kMostRanked = 65534;
 
 /// Whether the counters can hold the windows of a plane: at most 255 samples in a column and `mostSamples` in all.
 bool FitsColumnHistograms(WindowReach reach, int height, int width, int mostSamples = kMostSummed);

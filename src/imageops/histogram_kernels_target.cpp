@@ -222,7 +222,8 @@ class ModeReadOut {
     Lanes counts = NoLanes(), values = NoLanes();
     const uint16_t *const from = fromZero_ + 255 - lowest_[x], *const upTo = upToZero_ + 255 - highest_[x];
     for (int s = lowest_[x] / 16; s <= highest_[x] / 16; ++s) {
-      const Lanes candidates = window.segment(s) & LoadLanes(from + 16 * s) & LoadLanes(upTo + 16 * s);
+      // A count above 32767 is more than half of the window: it stays the largest when it is lowered.
+      const Lanes candidates = AtMost32767(window.segment(s)) & LoadLanes(from + 16 * s) & LoadLanes(upTo + 16 * s);
       const Lanes better = IsAbove(candidates, counts);
       counts = LargerLanes(counts, candidates);
       values = (LoadLanes(values_ + 16 * s) & better) | Without(values, better);

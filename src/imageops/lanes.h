@@ -77,6 +77,10 @@ LANES_INLINE Lanes LargerLanes(Lanes a, Lanes b) {
 LANES_INLINE Lanes EveryLane(int value) {
   return {_mm256_set1_epi16(static_cast<short>(value))};
 }
+/// Unsigned lanes, those above 32767 lowered to it.
+LANES_INLINE Lanes AtMost32767(Lanes a) {
+  return {_mm256_min_epu16(a.v, _mm256_set1_epi16(0x7fff))};
+}
 LANES_INLINE int SmallestLane(Lanes a) {  ///< of lanes that are not negative
   const __m128i least = _mm_min_epi16(_mm256_castsi256_si128(a.v), _mm256_extracti128_si256(a.v, 1));
   return _mm_extract_epi16(_mm_minpos_epu16(least), 0);
@@ -167,6 +171,11 @@ LANES_INLINE Lanes LargerLanes(Lanes a, Lanes b) {
 LANES_INLINE Lanes EveryLane(int value) {
   const __m128i v = _mm_set1_epi16(static_cast<short>(value));
   return {v, v};
+}
+/// Unsigned lanes, those above 32767 lowered to it.
+LANES_INLINE Lanes AtMost32767(Lanes a) {
+  const __m128i most = _mm_set1_epi16(0x7fff);
+  return {_mm_sub_epi16(a.low, _mm_subs_epu16(a.low, most)), _mm_sub_epi16(a.high, _mm_subs_epu16(a.high, most))};
 }
 LANES_INLINE int SmallestLane(Lanes a) {  ///< of lanes that are not negative
   __m128i least = _mm_min_epi16(a.low, a.high);

@@ -18,7 +18,7 @@ struct HistogramRow {
   bool largeWindows;      ///< a window may hold more than 32767 samples
 };
 
-/// Read-outs of all windows of a row, each of at most 32767 samples; `rank` and `rangeMedian` take up to 65535.
+/// Read-outs of all windows of a row, each of at most 32767 samples; `rank`, `rangeMedian` and `mode` take up to 65534.
 struct HistogramKernels {
   /// out[x] = the value of rank ranks[x], counted from 0.
   void (*rank)(const HistogramRow& row, const int* ranks, uint8_t* out);
@@ -29,7 +29,7 @@ struct HistogramKernels {
   /// out[x] = the sum of |v - medians[x]| over the values v.
   void (*deviation)(const HistogramRow& row, const uint8_t* medians, int* sums);
   /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest; at least
-  /// one of them occurs. At most 32767 samples.
+  /// one of them occurs.
   void (*mode)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
 };
 

@@ -143,8 +143,15 @@ std::vector<unsigned char> SortedWindow(const BytePlane& plane, int y, int x, in
   return window;
 }
 
+// Of the most frequent values, the lowest.
+unsigned char ModeOf(const std::vector<unsigned char>& sorted) {
+  int counts[256] = {};
+  for (const unsigned char value : sorted) ++counts[value];
+  return static_cast<unsigned char>(std::max_element(counts, counts + 256) - counts);
+}
+
 // Counters above 32767 look negative to some vector instructions; whole planes would take the definitions too long.
-TEST(RankFilters, TakeWindowsOfUpTo65535Samples) {
+TEST(RankFilters, TakeWindowsOfMoreThan32767Samples) {
   constexpr int kHeight = 250, kWidth = 262, kRadius = 127;
   std::mt19937 rng(7);
   const BytePlane random(RandomPlane(kHeight, kWidth, rng)), nearlyFlat(RandomPlane(kHeight, kWidth, rng, 118, 121));
@@ -153,15 +160,18 @@ TEST(RankFilters, TakeWindowsOfUpTo65535Samples) {
   for (const WindowKernels* kernels : RunnableKernels()) {
     const KernelScope scope(*kernels);
     for (const BytePlane* plane : std::initializer_list<const BytePlane*>{&random, &nearlyFlat, &flat}) {
-      const BytePlane median(MedianFilter(kRadius, *plane));
+      const BytePlane median(MedianFilter(kRadius, *plane)), mode(ModeFilter(kRadius, *plane));
       for (const int limit : {0, 1, 20, 255}) {
         const BytePlane ranged(RangeMedianFilter2(kRadius, *plane, *plane, limit));
+        const BytePlane rangedMode(RangeModeFilter2(kRadius, *plane, *plane, limit));
         for (int n = 0; n < 12; ++n) {
           const int y = static_cast<int>(rng() % kHeight), x = 128 + static_cast<int>(rng() % 6), c = (*plane)(y, x);
           const auto all = SortedWindow(*plane, y, x, kRadius, 0, 255);
           EXPECT_EQ(all[all.size() / 2], median(y, x)) << kernels->name << " " << y << ", " << x;
+          EXPECT_EQ(ModeOf(all), mode(y, x)) << kernels->name << " " << y << ", " << x;
           const auto near = SortedWindow(*plane, y, x, kRadius, c, limit);
           EXPECT_EQ(near[(near.size() - 1) / 2], ranged(y, x)) << kernels->name << " limit " << limit << " " << y;
+          EXPECT_EQ(ModeOf(near), rangedMode(y, x)) << kernels->name << " limit " << limit << " " << y;
         }
       }
     }
