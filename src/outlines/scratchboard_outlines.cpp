@@ -56,12 +56,8 @@ BytePlane Neighbourhoods(int style, int focus, const BytePlane& values) {
       values);
 }
 
-void Cut(const CutMap& cuts, const BytePlane& neighbourhoods, BytePlane& values) {
-  ForSampleBands(values, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    const Byte* const local = neighbourhoods.data() + first;
-    Byte* const value = values.data() + first;
-    for (std::ptrdiff_t i = 0; i < count; ++i) value[i] = value[i] > cuts[local[i]] ? 255 : 0;
-  });
+void CutRun(const CutMap& cuts, const Byte* local, Byte* __restrict values, std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) values[i] = values[i] > cuts[local[i]] ? 255 : 0;
 }
 
 // Samples are 0 or 255, so whole conditions are bits.
@@ -97,7 +93,11 @@ ChannelSet ScratchboardOutlines(const ScratchboardOutlineSettings& settings, con
 ChannelSet ScratchMask(float tone, int style, float push, int focus, const ChannelSet& image) {
   assert(image.HasMode("RGB") && focus >= 1);
   BytePlane values(BrightestPlane(image));
-  Cut(MakeCutMap(tone, push), Neighbourhoods(style, focus, values), values);
+  const CutMap cuts = MakeCutMap(tone, push);
+  const BytePlane local(Neighbourhoods(style, focus, values));
+  ForSampleBands(values, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    CutRun(cuts, local.data() + first, values.data() + first, count);
+  });
   Plugin::CheckStop();
   ChannelSet mask("L", image.width(), image.height());
   ClearHairs(values, mask.planes(0));

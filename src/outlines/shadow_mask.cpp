@@ -8,6 +8,16 @@
 #include "render/bands.h"
 
 namespace quentara {
+namespace {
+
+using Byte = unsigned char;
+
+void MarkLitRun(const Byte* red, const Byte* green, const Byte* blue, Byte darkest, Byte* __restrict lit,
+                std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) lit[i] = std::max(std::max(red[i], green[i]), blue[i]) > darkest ? 255 : 0;
+}
+
+}  // namespace
 
 float ShadowCut(const Tones& toneLevels, float threshold) {
   const float spread = toneLevels.spread == 0.0f ? 15.0f : toneLevels.spread;
@@ -17,15 +27,11 @@ float ShadowCut(const Tones& toneLevels, float threshold) {
 
 ChannelSet ShadowMask(float cut, const ChannelSet& image) {
   assert(image.HasMode("RGB"));
-  const auto darkest = static_cast<unsigned char>(cut);
+  const auto darkest = static_cast<Byte>(cut);
   ChannelSet mask("L", image.width(), image.height());
   ForSampleBands(mask.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    const unsigned char* const red = image.planes(0).data() + first;
-    const unsigned char* const green = image.planes(1).data() + first;
-    const unsigned char* const blue = image.planes(2).data() + first;
-    unsigned char* const lit = mask.planes(0).data() + first;
-    for (std::ptrdiff_t i = 0; i < count; ++i)
-      lit[i] = std::max(std::max(red[i], green[i]), blue[i]) > darkest ? 255 : 0;
+    MarkLitRun(image.planes(0).data() + first, image.planes(1).data() + first, image.planes(2).data() + first, darkest,
+               mask.planes(0).data() + first, count);
   });
   return mask;
 }
