@@ -92,6 +92,10 @@ BytePlane MaskByDefinition(const StippleSettings& s, Tones tones, std::uint32_t 
 }
 
 TEST(NoiseHash, MixesBytesThroughItsTables) {
+  EXPECT_EQ(13, NoiseHash(0));
+  EXPECT_EQ(83, NoiseHash(1));
+  EXPECT_EQ(238, NoiseHash(0x01020300));
+  EXPECT_EQ(56, NoiseHash(0xFFFFFFFF));
   std::set<int> bytes;
   int sum = 0;
   for (std::uint32_t x = 0; x < 65536; ++x) {

@@ -13,6 +13,10 @@
 #include "outlines/tint_foreground.h"
 #include "outlines/woodcut_outlines.h"
 #include "paint/crackle.h"
+#include "print/duotone.h"
+#include "print/halftone.h"
+#include "print/stipple.h"
+#include "print/stipple_seed.h"
 #include "render/pipeline.h"
 #include "render/standalone_host.h"
 #include "support/planes.h"
@@ -147,6 +151,28 @@ TEST(Outlines, CostNothingAtFullTransparency) {
   EXPECT_EQ("", FirstDifference(expected, frame.Rendered(with)));
   EXPECT_EQ(without.allocations, with.allocations);
   EXPECT_EQ(without.checks, with.checks);
+}
+
+TEST(Outlines, LieOverThePrintStagesAndUnderTheStipple) {
+  Frame frame;
+  const DuotoneSettings duotone = {{1.0f, 0.9f, 0.5f}, {0.1f, 0.0f, 0.3f}};
+  const HalftoneSettings halftone = {3, 15.0f, 75.0f, 0.0f, kHigh, 0.4f};
+  const StippleSettings stipple = {0.9f, 0.5f, 2, 0.3f};
+  frame.settings.outlineColor = {0.3f, 0.1f, 0.0f};
+  frame.settings.duotone = &duotone;
+  frame.settings.halftone = &halftone;
+  frame.settings.scratchboardOutlines = &kScratchboard;
+  frame.settings.stipplePattern = &stipple;
+  StandaloneHost host(2);
+  const Plugin::HostScope scope(host);
+  const StippleSeedScope seed(42);
+  const ChannelSet& source = frame.source;
+  const OutlineColor color = MakeOutlineColor(frame.settings.outlineColor);
+  const Tones tones =
+      ToneLevels(SkinPointList(source.planes(0), source.planes(1), source.planes(2)), BrightestPlane(source));
+  ChannelSet work = HalftonePattern(halftone, DuotoneShading(duotone, source));
+  work = ScratchboardOutlines(kScratchboard, color, source, work);
+  EXPECT_EQ("", FirstDifference(StipplePattern(stipple, color, tones, source, work), frame.Rendered()));
 }
 
 TEST(Outlines, MarkerFollowsThePaintedCrackle) {
