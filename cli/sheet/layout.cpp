@@ -19,10 +19,11 @@ double EmptyShare(const SheetContent& content, int columns) {
   return 1.0 - static_cast<double>(filled) / places;
 }
 
+/// Full rows count for more than the shape.
 double Awkwardness(const SheetContent& content, int columns) {
   const SheetLayout layout = LayOut(content, columns);
   const double aspect = static_cast<double>(layout.width) / layout.height;
-  return std::abs(std::log(aspect / kScreenAspect)) + EmptyShare(content, columns);
+  return std::abs(std::log(aspect / kScreenAspect)) + 2 * EmptyShare(content, columns);
 }
 
 int LargestSection(const SheetContent& content) {

@@ -107,6 +107,55 @@ TEST(Sheet, ShowsEveryStyleOfOneFrameAndNeverOverwritesUnasked) {
   EXPECT_EQ(picture.pixels, ReadPicture(folder / "sheet.png").pixels);
 }
 
+TEST(Sheet, TellsMistakesInOneLineAndWritesNothing) {
+  const TemporaryFolder folder;
+  WriteRandomPng(folder / "in.png");
+  const struct {
+    int status;
+    Arguments arguments;
+    const char* message;
+  } cases[] = {
+      {2, {"-o", folder / "out.png", "--tile", "5"}, "--tile"},
+      {2, {"-o", folder / "out.png", "--columns", "0"}, "--columns"},
+      {3, {"-o", folder / "out.png", "--frame", "2"}, "in.png"},
+      {4, {"-o", folder / "out.mp4"}, "out.mp4: a contact sheet is a picture"},
+      {4, {"-o", folder / "in.png", "-y"}, "is the input itself"},
+  };
+  for (const auto& [status, arguments, message] : cases) {
+    const Outcome outcome = RunProgram(Arguments{"sheet", folder / "in.png"} + arguments);
+    EXPECT_EQ(status, outcome.status);
+    ExpectOneLine(outcome.err, message);
+  }
+  media::WriteFile(folder / "fonts.conf", {'<', 'f', 'o', 'n', 't', 'c', 'o', 'n', 'f', 'i', 'g', '/', '>'});
+  setenv("FONTCONFIG_FILE", (folder / "fonts.conf").c_str(), 1);
+  const Outcome fontless = RunProgram({"sheet", folder / "in.png", "-o", folder / "out.png"});
+  unsetenv("FONTCONFIG_FILE");
+  EXPECT_EQ(4, fontless.status);
+  ExpectOneLine(fontless.err, "there is no font for the labels");
+  EXPECT_THAT(folder.Names(), ElementsAre("fonts.conf", "in.png"));
+}
+
+TEST(Sheet, ShowsAFrameOfAVideoUprightWithSquarePixels) {
+  const TemporaryFolder folder;
+  media::ClipOptions clip;  // 96 x 64, turned to 64 x 96, its pixels half as wide as high
+  clip.rotation = 90;
+  clip.aspect = {2, 1};
+  media::MakeClip(folder / "in.mov", clip);
+  const Outcome outcome =
+      RunProgram(Arguments{"sheet", folder / "in.mov", "-o", folder / "out.png", "--frame", "3", "--columns", "1"} +
+                 WithFake("Invert"));
+  ASSERT_EQ(0, outcome.status) << outcome.err;
+  const Frame sheet = ReadPicture(folder / "out.png");
+  int pictureRows = 0;
+  for (int y = 0; y < sheet.height; ++y) {
+    int coloured = 0;
+    for (int x = 0; x < sheet.width; ++x)
+      coloured += !std::equal(sheet.Bytes(y), sheet.Bytes(y) + 4, sheet.Bytes(y) + 4 * x);
+    pictureRows += coloured == 32;
+  }
+  EXPECT_NEAR(96, pictureRows, 5);  // of the source; inverted alpha leaves nothing of the tile to see
+}
+
 TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
   const TemporaryFolder folder;
   Frame frame = media::BlankFrame(4, 4, false);

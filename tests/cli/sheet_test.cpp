@@ -1,6 +1,11 @@
+#include "sheet/sheet.h"
+
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "sheet/layout.h"
+#include "sheet/text.h"
 #include "sheet/tiles.h"
 
 namespace quentara::cli {
@@ -92,6 +97,72 @@ TEST(Layout, PlacesEverythingInsideAndApart) {
           for (std::size_t j = 0; j < i; ++j) EXPECT_TRUE(Apart(all[i], all[j])) << i << " and " << j;
         }
       }
+}
+
+TEST(Layout, ForAScreenPrefersFullRowsNearItsShape) {
+  const auto columns = [](int width, int height, std::vector<int> sizes) {
+    const SheetLayout sheet = LayOutForScreen({width, height, std::move(sizes)});
+    const std::vector<Rectangle>& pictures = sheet.sections[0].pictures;
+    return std::count_if(pictures.begin(), pictures.end(), [&](const auto& r) { return r.y == pictures[0].y; });
+  };
+  EXPECT_EQ(5, columns(480, 270, {10, 10}));
+  EXPECT_EQ(5, columns(480, 480, {10, 10}));
+  EXPECT_EQ(1, columns(480, 270, {1}));
+}
+
+media::Frame Canvas(int width, int height) {
+  media::Frame canvas = media::BlankFrame(width, height, false);
+  for (std::size_t i = 0; i < canvas.pixels.size(); i += 4) canvas.pixels[i] = 255;
+  return canvas;
+}
+
+/// Where a frame differs from an empty canvas.
+Rectangle Ink(const media::Frame& frame) {
+  int left = frame.width, top = frame.height, right = 0, bottom = 0;
+  for (int y = 0; y < frame.height; ++y)
+    for (int x = 0; x < frame.width; ++x)
+      if (frame.Bytes(y)[4 * x + 1] != 0) {
+        left = std::min(left, x), right = std::max(right, x + 1);
+        top = std::min(top, y), bottom = std::max(bottom, y + 1);
+      }
+  return {left, top, right - left, bottom - top};
+}
+
+TEST(Font, DrawsInsideItsBoxAndCutsWhatDoesNotFit) {
+  const Font font(FindFont(false), 24);
+  const auto drawn = [&](const std::string& text, int width) {
+    media::Frame canvas = Canvas(400, 60);
+    font.Draw(canvas, {20, 10, width, 40}, text, 200);
+    return canvas;
+  };
+  EXPECT_GT(font.Width("Poster Paint"), font.Width("Poster"));
+  const Rectangle whole = Ink(drawn("Poster Paint", 360));
+  EXPECT_NEAR(20, whole.x, 4);
+  EXPECT_NEAR(font.Width("Poster Paint"), whole.width, 6);
+  EXPECT_NEAR(30, whole.y + whole.height / 2, 6);
+  for (const int width : {1, 12, 60, 100}) {
+    const Rectangle cut = Ink(drawn("Poster Paint", width));
+    EXPECT_TRUE(cut.width <= 0 || (cut.x >= 20 && cut.x + cut.width <= 20 + width)) << width;
+  }
+  const std::string pos = "Pos", dots = "\u2026";
+  EXPECT_EQ(drawn(pos + dots, 360).pixels, drawn("Poster Paint", font.Width(pos + dots)).pixels);
+  EXPECT_EQ(drawn("\ufffd!", 360).pixels, drawn("\xff!", 360).pixels);
+}
+
+TEST(DrawSheet, ShowsDeepAndTransparentPicturesOverItsGrey) {
+  media::Frame deep = media::BlankFrame(200, 3, true);
+  for (int i = 0; i < 4 * 200 * 3; ++i) deep.Deep(0)[i] = media::kDeepWhite;
+  media::Frame half = Canvas(200, 3);
+  for (std::size_t i = 0; i < half.pixels.size(); i += 4) half.pixels[i] = 128;
+  const media::Frame sheet = DrawSheet("", {{"", {{"", deep}, {"", half}}}}, 2, {});
+  const SectionLayout places = LayOut({200, 3, {2}}, 2).sections[0];
+  const auto sample = [&](const Rectangle& r) { return sheet.Bytes(r.y + 2)[4 * (r.x + r.width - 1) + 1]; };
+  EXPECT_EQ(255, sample(places.pictures[0]));
+  const int grey = sheet.pixels[1];
+  EXPECT_GT(grey, 0);
+  EXPECT_NEAR(grey * 127 / 255.0, sample(places.pictures[1]), 1);
+  EXPECT_TRUE(std::all_of(sheet.Bytes(0), sheet.Bytes(0) + sheet.RowBytes(),
+                          [&](std::uint8_t s) { return s == grey || s == 255; }));
 }
 
 }  // namespace
