@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "imageops/direct_sums.h"
+#include "imageops/method_choice.h"
 #include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"
 #include "render/scratch.h"
@@ -104,9 +105,6 @@ void DeviationFromSlidingHistogram(int radius, const BytePlane& values, const By
 /// Small windows, sample by sample for all pixels of a row at a time.
 class DirectDiamonds {
  public:
-  // As measured by scripts/bench; a byte counts the samples of the median's windows.
-  static constexpr int kMostRadiusOfMedian = 10, kMostRadiusOfDeviation = 30;
-
   DirectDiamonds(int radius, const BytePlane& plane)
       : radius_(radius), height_(plane.rows()), width_(plane.cols()), padded_(PadRows(plane, radius)) {}
 
@@ -204,7 +202,7 @@ void DeviationFromSums(int radius, const BytePlane& values, const BytePlane& med
 BytePlane DiamondMedianFilter(int radius, const BytePlane& plane) {
   assert(radius >= 0);
   BytePlane result(plane.rows(), plane.cols());
-  if (radius <= DirectDiamonds::kMostRadiusOfMedian)
+  if (radius <= kMostRadiusOfDirectDiamondMedian)
     MedianFromCounts(radius, plane, result);
   else
     MedianFromSlidingHistogram(radius, plane, result);
@@ -214,7 +212,7 @@ BytePlane DiamondMedianFilter(int radius, const BytePlane& plane) {
 FloatPlane DiamondDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians) {
   assert(radius >= 0 && SameSize(values, medians));
   FloatPlane result(values.rows(), values.cols());
-  if (radius <= DirectDiamonds::kMostRadiusOfDeviation)
+  if (radius <= kMostRadiusOfDirectDiamondDeviation)
     DeviationFromSums(radius, values, medians, result);
   else
     DeviationFromSlidingHistogram(radius, values, medians, result);

@@ -9,10 +9,6 @@
 namespace quentara {
 namespace {
 
-int WindowSize(WindowReach reach) {
-  return (2 * reach.rows + 1) * (2 * reach.columns + 1);
-}
-
 // Calls add(taps, samples) for the samples of all windows of row y: samples[x] .. samples[x + taps - 1] for pixel x.
 template <class Add>
 void ForTaps(WindowReach reach, const BytePlane& padded, int y, int mostTaps, const Add& add) {
@@ -37,14 +33,6 @@ BytePlane PadRows(const BytePlane& plane, int columns) {
   padded = 0;
   for (int y = 0; y < plane.rows(); ++y) std::copy_n(Row(plane, y), plane.cols(), Row(padded, y) + columns);
   return padded;
-}
-
-bool PrefersDirectMean(WindowReach reach, int limit) {
-  return limit <= 127 && WindowSize(reach) <= 23 * 23 && WindowSize(reach) * (2 * limit + 1) <= 65535;
-}
-
-bool PrefersDirectDistances(WindowReach reach) {
-  return WindowSize(reach) <= 21 * 21;
 }
 
 void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,

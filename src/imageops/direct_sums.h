@@ -9,15 +9,11 @@ namespace quentara {
 /// The plane with `columns` zeros before and behind each row.
 BytePlane PadRows(const BytePlane& plane, int columns);
 
-/// Whether the direct sums hold these windows and are faster than column histograms, as measured by scripts/bench.
-bool PrefersDirectMean(WindowReach reach, int limit);
-bool PrefersDirectDistances(WindowReach reach);
-
-/// result = the range mean, as range_mean_filter.h defines it.
+/// result = the range mean, as range_mean_filter.h defines it, of windows and limits that `PrefersDirectMean` accepts.
 void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                              BytePlane& result);
 
-/// result = the mean distance, as median_filter.h defines it.
+/// result = the mean distance, as median_filter.h defines it, of windows that `PrefersDirectDeviation` accepts.
 void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result);
 
 }  // namespace quentara

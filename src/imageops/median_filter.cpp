@@ -5,6 +5,7 @@
 
 #include "imageops/column_histograms.h"
 #include "imageops/direct_sums.h"
+#include "imageops/method_choice.h"
 #include "imageops/sliding_histogram.h"
 #include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"
@@ -75,7 +76,7 @@ FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const Byte
   assert(radius >= 0 && SameSize(values, medians));
   FloatPlane result(values.rows(), values.cols());
   const WindowReach reach = SquareReach(radius);
-  if (PrefersDirectDistances(reach))
+  if (PrefersDirectDeviation(reach))
     DeviationFromDirectSums(reach, values, medians, result);
   else if (FitsColumnHistograms(reach, values.rows(), values.cols()))
     DeviationFromHistograms(reach, values, medians, result);

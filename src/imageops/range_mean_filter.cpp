@@ -5,6 +5,7 @@
 
 #include "imageops/column_histograms.h"
 #include "imageops/direct_sums.h"
+#include "imageops/method_choice.h"
 #include "imageops/sliding_histogram.h"
 #include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"

@@ -21,6 +21,11 @@ inline WindowReach LineReach(int radius, LineDirection direction) {
   return direction == LineDirection::Vertical ? WindowReach{radius, 0} : WindowReach{0, radius};
 }
 
+/// The samples of a window that no edge cuts.
+inline int SampleCount(WindowReach reach) {
+  return (2 * reach.rows + 1) * (2 * reach.columns + 1);
+}
+
 /// How many of position - reach .. position + reach lie in 0 .. size - 1.
 inline int ClippedExtent(int position, int reach, int size) {
   return std::min(position + reach, size - 1) - std::max(position - reach, 0) + 1;

@@ -1,0 +1,26 @@
+/// Where one method of a window filter overtakes the next. Measured by scripts/bench on the natural plane; a method
+/// that is faster for a while and then meets the limit of its counters ends at the limit.
+#pragma once
+
+#include "imageops/window_reach.h"
+
+namespace quentara {
+
+/// The largest window that a method takes; beyond it the filter goes through histograms.
+constexpr int kMostSamplesOfDirectMean = 23 * 23;       ///< range mean, square or line
+constexpr int kMostSamplesOfDirectDeviation = 21 * 21;  ///< mean deviation
+constexpr int kMostRadiusOfDirectDiamondMedian = 10;    ///< a byte counts the samples
+constexpr int kMostRadiusOfDirectDiamondDeviation = 30;
+
+/// Range mean by direct sums, which 16-bit counters must hold.
+inline bool PrefersDirectMean(WindowReach reach, int limit) {
+  const int samples = SampleCount(reach);
+  return limit <= 127 && samples <= kMostSamplesOfDirectMean && samples * (2 * limit + 1) <= 65535;
+}
+
+/// Mean deviation by direct sums.
+inline bool PrefersDirectDeviation(WindowReach reach) {
+  return SampleCount(reach) <= kMostSamplesOfDirectDeviation;
+}
+
+}  // namespace quentara
