@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "render/bands.h"
-#include "render/standalone_host.h"
 #include "support/planes.h"
 
 namespace quentara {
@@ -62,36 +60,6 @@ TEST(SmallSmooth, EqualsItsDefinitionOnPlanesOfAnySize) {
       EXPECT_EQ("", FirstDifference(Rounded(box), BoxSmooth3(passes, plane)));
       EXPECT_EQ("", FirstDifference(box, BoxSmooth3Float(passes, ByDefinition(kBox, 0, plane))));
     }
-}
-
-TEST(SmallSmooth, SpreadsAPointAndKeepsAConstant) {
-  BytePlane point(7, 7);
-  point = 0;
-  point(3, 3) = 255;
-  const BytePlane spread(BinomialSmooth(1, point));
-  EXPECT_EQ(64, spread(3, 3));
-  EXPECT_EQ(32, spread(2, 3));
-  EXPECT_EQ(16, spread(4, 4));
-  EXPECT_EQ(0, spread(3, 1));
-
-  BytePlane grey(5, 4);
-  grey = 201;
-  EXPECT_EQ("", FirstDifference(grey, BinomialSmooth(9, grey)));
-  EXPECT_EQ("", FirstDifference(grey, BoxSmooth3(9, grey)));
-}
-
-TEST(SmallSmooth, IsTheSameInBandsThatOverlapByThePasses) {
-  std::mt19937 rng(2);
-  const BytePlane plane(RandomPlane(61, 20, rng));
-  const int passes = 4;
-  const BytePlane whole(BinomialSmooth(passes, plane));
-  for (const int workers : {2, 3, 7}) {
-    StandaloneHost host(workers);
-    const Plugin::HostScope scope(host);
-    EXPECT_EQ("", FirstDifference(
-                      whole, FilterInBands(
-                                 passes, [&](const BytePlane& band) { return BinomialSmooth(passes, band); }, plane)));
-  }
 }
 
 }  // namespace

@@ -5,8 +5,7 @@
 #include <cmath>
 
 #include "imageops/window_definitions.h"
-#include "render/standalone_host.h"
-#include "support/planes.h"
+#include "support/expect_styles.h"
 #include "support/stopping_host.h"
 
 namespace quentara {
@@ -37,13 +36,10 @@ TEST(SupersmartBlur, EqualsItsDefinitionOnEachPlaneWithAnyWorkers) {
         for (int i = 0; i < 3; ++i)
           expected.planes(i).reference(SupersmartByDefinition(blurring, test, blur, image.planes(i)));
         EXPECT_EQ("", FirstDifference(image.planes(1), expected.planes(1)));
-        for (const int workers : {1, 2, 3, 7}) {
-          SCOPED_TRACE(testing::Message() << height << "x" << width << " blurring " << blurring << " radii " << test
-                                          << " " << blur << " workers " << workers);
-          StandaloneHost host(workers);
-          const Plugin::HostScope scope(host);
-          EXPECT_EQ("", FirstDifference(expected, SupersmartBlur(blurring, test, blur, image)));
-        }
+        SCOPED_TRACE(testing::Message() << height << "x" << width << " blurring " << blurring << " radii " << test
+                                        << " " << blur);
+        ExpectWithAnyWorkers(expected,
+                             [&, b = blurring, r1 = test, r2 = blur] { return SupersmartBlur(b, r1, r2, image); });
       }
 }
 

@@ -5,9 +5,7 @@
 #include <cstdlib>
 
 #include "imageops/luma.h"
-#include "outlines/soft_line_merge.h"
 #include "support/expect_styles.h"
-#include "support/stopping_host.h"
 
 namespace quentara {
 namespace {
@@ -64,34 +62,6 @@ TEST(CrayonMerge, WeighsByLumaAlone) {
   // The dark crayon changed the colour, but not the luma: only the light one counts.
   EXPECT_EQ((std::array{150, 150, 150}), merge({119, 90, 100}, {150, 150, 150}, grey));
   EXPECT_EQ((std::array{119, 90, 100}), merge({119, 90, 100}, grey, grey));
-}
-
-TEST(CrayonMerge, StopsAtItsCheck) {
-  ChannelSet picture("RGB", 3, 3);
-  for (int i = 0; i < 3; ++i) picture.planes(i) = 9;
-  EXPECT_EQ("", StopsAtEachOf(1, [&] { CrayonMerge(picture, picture, picture); }));
-}
-
-TEST(ConteOutlines, AreTheirStepsWithAnyWorkers) {
-  ForPictures([](const ChannelSet& source, int thickness) {
-    ChannelSet picture = source, negative = source;
-    picture.planes(2) = 120;
-    for (int i = 0; i < 3; ++i) negative.planes(i) = 255 - source.planes(i);
-    for (const auto& [dark, light, transparency, quality] :
-         {std::tuple{Color{0.0f, 0.0f, 0.0f}, Color{1.0f, 1.0f, 1.0f}, 0.0f, kFast},
-          {Color{0.5f, 0.2f, 0.1f}, Color{0.0f, 0.0f, 0.0f}, 0.3f, kHigh}}) {
-      const ConteOutlineSettings settings{light, 0.8f, thickness + 1, 0.3f, thickness, transparency, quality};
-      const OutlineColor outline = MakeOutlineColor(dark);
-      const auto draw = [&](const SoftLines& lines, const OutlineColor& crayon) {
-        return OverlayOutlineColor(picture, SoftLineMerge(lines), crayon);
-      };
-      ChannelSet expected = MergedByDefinition(
-          draw(FindSoftLines(0.3f, thickness, quality, source), outline),
-          draw(FindSoftLines(0.8f, thickness + 1, quality, negative), MakeOutlineColor(light)), picture);
-      if (transparency > 0.0f) MixImages(picture, expected, 1.0f - transparency);
-      ExpectWithAnyWorkers(expected, [&] { return ConteOutlines(settings, outline, source, picture); });
-    }
-  });
 }
 
 }  // namespace

@@ -103,22 +103,5 @@ TEST(SoftLineMerge, MeetsItsWorkedNumbers) {
   EXPECT_EQ(178, merged(FlatLines(12.0f, 255, 1.0f, 100)));  // 177.5
 }
 
-TEST(SoftLineOnValue, KeepsHueAndSaturation) {
-  ChannelSet picture("RGB", 4, 3);
-  picture.planes(0) = 240;
-  picture.planes(1) = 60;
-  picture.planes(2) = 60;
-  for (const int workers : {1, 2}) {
-    StandaloneHost host(workers);
-    const Plugin::HostScope scope(host);
-    const ChannelSet kept = SoftLineOnValue(FlatLines(12.0f, 255, 11.0f, 255), picture);
-    EXPECT_EQ("", FirstDifference(picture, kept));
-    const ChannelSet half = SoftLineOnValue(FlatLines(12.0f, 0, 1.0f, 255), picture);
-    EXPECT_EQ(120, half.planes(0)(1, 2));
-    EXPECT_EQ(30, half.planes(1)(1, 2));
-    EXPECT_EQ(30, half.planes(2)(1, 2));
-  }
-}
-
 }  // namespace
 }  // namespace quentara

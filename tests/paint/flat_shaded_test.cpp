@@ -5,8 +5,7 @@
 #include "imageops/luma.h"
 #include "imageops/window_definitions.h"
 #include "paint/luma_strength.h"
-#include "render/standalone_host.h"
-#include "support/planes.h"
+#include "support/expect_styles.h"
 #include "support/stopping_host.h"
 
 namespace quentara {
@@ -28,24 +27,13 @@ TEST(FlatShaded, EqualsItsDefinitionWithAnyWorkers) {
   for (const auto& [height, width] : {std::pair{1, 1}, {1, 23}, {23, 1}, {150, 12}})
     for (const int quality : {kFast, kHigh})
       for (const auto& [flatness, simplicity] : {std::pair{0, 0}, {2, 20}, {100, 60}}) {
+        SCOPED_TRACE(testing::Message() << height << "x" << width << " quality " << quality << " " << flatness);
         const FlatShadedSettings settings{flatness, simplicity, 1.0f, quality};
         const ChannelSet image = RandomPicture(height, width, rng);
         const BytePlane luma(LumaPlane709(image));
-        const ChannelSet expected = ReplaceLuma(image, luma, FlattenedByDefinition(settings, luma));
-        for (const int workers : {1, 2, 3, 7}) {
-          SCOPED_TRACE(testing::Message() << height << "x" << width << " quality " << quality << " flatness "
-                                          << flatness << " workers " << workers);
-          StandaloneHost host(workers);
-          const Plugin::HostScope scope(host);
-          EXPECT_EQ("", FirstDifference(expected, FlatShaded(settings, image)));
-        }
+        ExpectWithAnyWorkers(ReplaceLuma(image, luma, FlattenedByDefinition(settings, luma)),
+                             [&] { return FlatShaded(settings, image); });
       }
-}
-
-TEST(FlatShaded, AtStrengthZeroIsThePictureItself) {
-  std::mt19937 rng(2);
-  const ChannelSet image = RandomPicture(20, 20, rng);
-  EXPECT_EQ("", FirstDifference(image, FlatShaded({3, 20, 0.0f, kFast}, image)));
 }
 
 TEST(FlatShaded, StopsAfterAnyPass) {

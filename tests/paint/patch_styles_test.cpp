@@ -84,18 +84,5 @@ TEST(PatchStyles, StopBetweenPasses) {
   EXPECT_EQ("", StopsAtEachOf(8, [&] { AirbrushStyle(1, 0.5f, -1.0f, picture); }));
 }
 
-// A step edge stays where it is: patches meet without a ramp, but for the closing half of a 3 x 3 mean.
-TEST(PatchStyles, KeepAnEdgeSharp) {
-  BytePlane step(8, 8);
-  step(blitz::Range::all(), blitz::Range(0, 3)) = 50;
-  step(blitz::Range::all(), blitz::Range(4, 7)) = 200;
-  const ChannelSet picture("RGB", 8, 8, step, &step, &step);
-  EXPECT_EQ("", FirstDifference(picture, CrackleStyle(2, 20, 4, 1.0f, picture)));
-  const BytePlane drops(DropletStyle(2, 1.0f, 4, picture).planes(0));
-  EXPECT_EQ(50, drops(4, 2));
-  EXPECT_EQ(75, drops(4, 3));  // half of 50, half of the mean 100
-  EXPECT_EQ(175, drops(4, 4));
-}
-
 }  // namespace
 }  // namespace quentara

@@ -18,60 +18,6 @@
 namespace quentara {
 namespace {
 
-struct Levels {
-  std::vector<int> t, v;
-};
-
-struct Counter {
-  long cnt = 0, sum = 0;
-  void Add(const std::vector<long>& h, int v) {
-    cnt += h[static_cast<std::size_t>(v)], sum += h[static_cast<std::size_t>(v)] * v;
-  }
-  int Mean() const {
-    return cnt == 0 ? 0 : static_cast<int>(std::floor(static_cast<float>(sum) / static_cast<float>(cnt) + 0.5f));
-  }
-};
-
-Levels EqualCountByDefinition(const std::vector<long>& h, int pixels, int n) {
-  const auto target = static_cast<long>(std::floor(static_cast<float>(pixels) / static_cast<float>(n) + 0.5f));
-  Levels levels{std::vector<int>(static_cast<std::size_t>(n - 1), 255), {}};
-  int v = -1;
-  for (int& threshold : levels.t) {
-    Counter level;
-    while (v < 255) {
-      level.Add(h, ++v);
-      if (level.cnt >= target) break;
-    }
-    threshold = v;
-    levels.v.push_back(level.Mean());
-  }
-  Counter last;
-  while (v < 255) last.Add(h, ++v);
-  levels.v.push_back(last.Mean());
-  return levels;
-}
-
-Levels EvenByDefinition(const std::vector<long>& h, int n) {
-  Levels levels;
-  int v = -1;
-  for (int i = 0; i < n; ++i) {
-    const int threshold = i == n - 1 ? 255 : static_cast<int>(std::floor(255.0 * (i + 1) / n + 0.5));
-    Counter level;
-    while (v < threshold) level.Add(h, ++v);
-    if (i < n - 1) levels.t.push_back(threshold);
-    levels.v.push_back(level.Mean());
-  }
-  return levels;
-}
-
-void ApplyByDefinition(BytePlane& plane, const Levels& levels) {
-  for (int i = 0; i < static_cast<int>(plane.numElements()); ++i) {
-    std::size_t level = 0;
-    while (level < levels.t.size() && plane.data()[i] > levels.t[level]) ++level;
-    plane.data()[i] = static_cast<unsigned char>(levels.v[level]);
-  }
-}
-
 BytePlane MaskByDefinition(const BytePlane& plane, float foreground) {
   FloatPlane d(MedianDeviationByDefinition(Square(1), plane, MedianByDefinition(Square(1), plane)));
   const float lo = min(d), hi = std::max(max(d), 0.000001f), e = 1.0f - foreground;
@@ -109,10 +55,10 @@ ChannelSet PosterByDefinition(int paint1, int paint2, float blend, float foregro
   BytePlane p(BrightestPlane(picture));
   BytePlane c(p.copy());
   const auto count = static_cast<int>(p.numElements());
-  std::vector<long> h(256);
-  for (int i = 0; i < count; ++i) ++h[p.data()[i]];
-  if (blend < 1.0f) ApplyByDefinition(p, EqualCountByDefinition(h, count, paint1));
-  if (blend > 0.0f) ApplyByDefinition(c, EvenByDefinition(h, paint2));
+  Histogram h = {};
+  for (const unsigned char value : c) ++h[value];
+  p = MapBytes(MapToLevels(EqualCountLevels(h, paint1)), p);
+  c = MapBytes(MapToLevels(EvenLevels(h, paint2)), c);
   for (int i = 0; i < count; ++i)
     p.data()[i] = blend == 0.0f   ? p.data()[i]
                   : blend == 1.0f ? c.data()[i]
@@ -149,29 +95,11 @@ TEST(PosterPaintStyle, EqualsItsDefinitionWithAnyWorkers) {
 }
 
 TEST(DiagonalDiffusion, EqualsItsDefinitionWithAnyWorkers) {
-  std::mt19937 rng(3);
-  for (const auto& [height, width, rounds] : {std::array{1, 1, 3},
-                                              {1, 2, 3},
-                                              {2, 1, 3},
-                                              {2, 2, 5},
-                                              {1, 9, 4},
-                                              {9, 1, 4},
-                                              {2, 9, 3},
-                                              {9, 2, 3},
-                                              {3, 3, 9},
-                                              {64, 12, 0},
-                                              {64, 12, 1},
-                                              {64, 12, 4}}) {
-    SCOPED_TRACE(testing::Message() << height << "x" << width << " rounds " << rounds);
-    const BytePlane plane(RandomPlane(height, width, rng));
-    ExpectWithAnyWorkers(DiffusedByDefinition(rounds, plane), [&, n = rounds] { return DiagonalDiffusion(n, plane); });
-  }
-  BytePlane board(8, 8);
-  for (int y = 0; y < 8; ++y)
-    for (int x = 0; x < 8; ++x) board(y, x) = (x + y) % 2 == 0 ? 40 : 220;
-  const BytePlane diffused(DiagonalDiffusion(1, board));
-  for (int y = 1; y < 7; ++y)
-    for (int x = 1; x < 7; ++x) EXPECT_EQ(board(y, x), diffused(y, x));  // only pixels of one colour meet
+  ForPictures([](const ChannelSet& picture, int rounds) {
+    for (const int n : {0, rounds, 9})
+      ExpectWithAnyWorkers(DiffusedByDefinition(n, picture.planes(2)),
+                           [&] { return DiagonalDiffusion(n, picture.planes(2)); });
+  });
 }
 
 TEST(LevelSet, OneFullBinTakesItsLevelAndTheNextStartsBehindIt) {
@@ -186,17 +114,6 @@ TEST(LevelSet, OneFullBinTakesItsLevelAndTheNextStartsBehindIt) {
   EXPECT_EQ((std::vector<unsigned char>{22, 0, 0, 200}), even.values);  // 2010 / 91
   EXPECT_EQ(22, MapToLevels(even)[64]);
   EXPECT_EQ(0, MapToLevels(even)[65]);
-}
-
-TEST(DetailMask, MarksOnlyBusyPlaces) {
-  BytePlane plane(9, 9);
-  plane = 100;
-  EXPECT_EQ(0, max(DetailMask(plane, 0.85f)));
-  EXPECT_EQ(255, min(DetailMask(plane, 1.0f)));
-  plane(4, 4) = 200;
-  const BytePlane mask(DetailMask(plane, 0.85f));
-  EXPECT_EQ(255, mask(3, 5));
-  EXPECT_EQ(0, mask(2, 4));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "blur/blur_image.h"
+#include "imageops/hsv.h"
 #include "imageops/luma.h"
 #include "outlines/comic_outlines.h"
 #include "outlines/conte_outlines.h"
@@ -207,6 +208,10 @@ TEST(Outlines, ATintedForegroundIsNeitherPaintedNorBrightened) {
   };
   scratchboard.tintForeground = true;
   EXPECT_EQ("", FirstDifference(outlined(TintForeground(source)), frame.Rendered()));
+  FloatChannelSet hsv = RgbToHsv(source);
+  hsv.planes(2) = 255.0f;
+  const std::vector<FloatChannelSet> parts = hsv.Split();
+  EXPECT_EQ("", FirstDifference(HsvToRgb(parts[0], parts[1], parts[2]), TintForeground(source)));
   scratchboard.tintForeground = false;
   EXPECT_NE("", FirstDifference(outlined(source), frame.Rendered()));
 }
