@@ -4,9 +4,6 @@
 
 #include <cmath>
 
-#include "render/standalone_host.h"
-#include "support/planes.h"
-
 namespace quentara {
 namespace {
 
@@ -33,25 +30,6 @@ TEST(PowerMap, TakesExponentsBeyondTheRangeOfADouble) {
     EXPECT_EQ(255, PowerMap(exponent)[255]) << exponent;
     EXPECT_EQ(std::floor(255.0 * std::pow(254.0 / 255.0, exponent) + 0.5), PowerMap(exponent)[254]) << exponent;
   }
-}
-
-TEST(MapBytes, LooksUpEverySampleWithAnyWorkers) {
-  std::mt19937 rng(3);
-  const ByteMap map = MakeByteMap([](int sample) { return static_cast<unsigned char>(sample * 7 + 3); });
-  for (const int workers : {1, 2, 3, 7})
-    for (const auto& [height, width] : {std::pair{1, 1}, {5, 9}}) {
-      StandaloneHost host(workers);
-      const Plugin::HostScope scope(host);
-      ChannelSet picture = RandomPicture(height, width, rng);
-      const ChannelSet before = picture;
-      MapBytesOf(picture, map);
-      for (int i = 0; i < 3; ++i) {
-        const BytePlane mapped(MapBytes(map, before.planes(i)));
-        EXPECT_EQ("", FirstDifference(mapped, picture.planes(i)));
-        for (int p = 0; p < height * width; ++p)
-          ASSERT_EQ((before.planes(i).data()[p] * 7 + 3) % 256, mapped.data()[p]);
-      }
-    }
 }
 
 }  // namespace

@@ -64,13 +64,5 @@ TEST(LighterTone, EqualsItsDefinitionInThePrecisionOfTheWorkers) {
     }
 }
 
-TEST(LighterTone, KnowsTheWhitePointOfADarkFrameWithoutSkin) {
-  ChannelSet picture("RGB", 2, 1);
-  for (int i = 0; i < 3; ++i) picture.planes(i) = 40, 100;
-  const ChannelSet result = LighterTone(1.0f, picture);
-  EXPECT_EQ(101, result.planes(0)(0, 0));  // 40 * 255 / 100.5
-  EXPECT_EQ(254, result.planes(0)(0, 1));
-}
-
 }  // namespace
 }  // namespace quentara

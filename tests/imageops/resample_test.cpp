@@ -49,14 +49,5 @@ TEST(ResampleLuma, EqualsItsDefinitionWithAnyWorkers) {
     }
 }
 
-TEST(ResampleLuma, ShiftsByHalfASampleAndTruncates) {
-  BytePlane plane(1, 3);
-  plane = 10, 21, 40;
-  const BytePlane same(ResampleLuma(plane, 1, 3));  // at -0.5, 0.5 and 1.5
-  EXPECT_EQ(10, same(0, 0));
-  EXPECT_EQ(15, same(0, 1));
-  EXPECT_EQ(30, same(0, 2));
-}
-
 }  // namespace
 }  // namespace quentara

@@ -28,20 +28,8 @@ bool SkinByDefinition(int red, int green, int blue) {
   return s[2] - s[1] < 101;
 }
 
-BytePlane OnePixel(int sample) {
-  BytePlane plane(1, 1);
-  plane = static_cast<unsigned char>(sample);
-  return plane;
-}
-
-bool IsSkinPixel(int red, int green, int blue) {
-  return SkinPointList(OnePixel(red), OnePixel(green), OnePixel(blue)) == PointList{0};
-}
-
 // Every green and blue, with the green down the rows.
-TEST(SkinPointList, AgreesWithItsDefinitionOnEveryColour) {
-  StandaloneHost host(3);
-  const Plugin::HostScope scope(host);
+TEST(SkinPointList, AgreesWithItsDefinitionOnEveryColourWithAnyWorkers) {
   BytePlane red(256, 256), green(256, 256), blue(256, 256);
   for (int y = 0; y < 256; ++y)
     for (int x = 0; x < 256; ++x)
@@ -52,30 +40,9 @@ TEST(SkinPointList, AgreesWithItsDefinitionOnEveryColour) {
     for (int g = 0; g < 256; ++g)
       for (int b = 0; b < 256; ++b)
         if (SkinByDefinition(r, g, b)) expected.push_back(g * 256 + b);
+    StandaloneHost host(1 + r % 7);
+    const Plugin::HostScope scope(host);
     ASSERT_EQ(expected, SkinPointList(red, green, blue)) << "red " << r;
-  }
-}
-
-TEST(SkinPointList, KnowsWorkedPixels) {
-  EXPECT_TRUE(IsSkinPixel(200, 150, 120));
-  EXPECT_TRUE(IsSkinPixel(250, 200, 120));
-  EXPECT_FALSE(IsSkinPixel(100, 90, 85));    // too close to grey
-  EXPECT_FALSE(IsSkinPixel(200, 200, 100));  // red does not lead
-}
-
-TEST(SkinPointList, IsInScanOrderWithAnyWorkers) {
-  std::mt19937 rng(5);
-  for (const auto& [height, width] : {std::pair{1, 1}, {2, 17}, {23, 40}}) {
-    const BytePlane red(RandomPlane(height, width, rng, 150, 255)), green(RandomPlane(height, width, rng, 90, 200)),
-        blue(RandomPlane(height, width, rng, 60, 160));
-    PointList expected;
-    for (int p = 0; p < height * width; ++p)
-      if (SkinByDefinition(red.data()[p], green.data()[p], blue.data()[p])) expected.push_back(p);
-    for (const int workers : {1, 2, 3, 7}) {
-      StandaloneHost host(workers);
-      const Plugin::HostScope scope(host);
-      EXPECT_EQ(expected, SkinPointList(red, green, blue)) << workers << " workers, " << height << " rows";
-    }
   }
 }
 

@@ -137,24 +137,6 @@ TEST(MarkerLines, EqualTheirDefinitionWithAnyWorkers) {
         }
 }
 
-// A bright square on dark ground: one closed line around it, and none from a lone speck's corners outward.
-TEST(MarkerLines, CloseAroundARegionAndReachTheFrame) {
-  BytePlane plane(20, 20);
-  plane = 50;
-  EXPECT_EQ(255, min(MarkerLines(3, 10, plane)));
-  plane(blitz::Range(6, 13), blitz::Range(6, 13)) = 90;
-  const BytePlane lines(MarkerLines(1, 40, plane));
-  EXPECT_EQ(255, min(MarkerLines(1, 41, plane)));
-  EXPECT_EQ(1, (lines(9, 4) == 0) + (lines(9, 5) == 0) + (lines(9, 6) == 0));  // one pixel wide
-  EXPECT_EQ(255, lines(9, 9));
-  EXPECT_EQ(255, lines(2, 2));
-  plane = 50;
-  plane(blitz::Range::all(), blitz::Range(10, 19)) = 90;  // a border from frame to frame
-  const BytePlane border(MarkerLines(3, 10, plane));
-  for (int y = 1; y < 19; ++y) EXPECT_EQ(0, border(y, 9) & border(y, 10)) << y;
-  EXPECT_EQ(255, border(9, 5));
-}
-
 TEST(MarkerOutlines, LayTheSquaredMinimumOfLinesAndTheirMean) {
   std::mt19937 rng(2);
   const ChannelSet picture = RandomPicture(24, 30, rng);

@@ -83,25 +83,5 @@ TEST(SoftOutlines, EqualTheirDefinitionWithOneWorkerAndWithSeveral) {
         }
 }
 
-SoftLines FlatLines(float exponent, int line, float thickExponent, int thickLine) {
-  SoftLines soft{exponent, thickExponent, ChannelSet("L", 4, 3), ChannelSet("L", 4, 3)};
-  soft.lines.planes(0) = static_cast<unsigned char>(line);
-  soft.thickLines.planes(0) = static_cast<unsigned char>(thickLine);
-  return soft;
-}
-
-TEST(SoftLineMerge, MeetsItsWorkedNumbers) {
-  const ChannelSet image("L", 2, 2);
-  EXPECT_EQ(12.0f, FindSoftLines(1.0f, 1, kFast, image).exponent);
-  EXPECT_EQ(11.0f, FindSoftLines(1.0f, 1, kFast, image).thickExponent);
-  EXPECT_FLOAT_EQ(16.0f / 3.0f, FindSoftLines(0.0f, 1, kFast, image).exponent);
-  EXPECT_EQ(1.0f, FindSoftLines(0.0f, 1, kFast, image).thickExponent);
-  const auto merged = [](const SoftLines& soft) { return static_cast<int>(SoftLineMerge(soft).planes(0)(1, 1)); };
-  EXPECT_EQ(255, merged(FlatLines(12.0f, 255, 11.0f, 255)));
-  EXPECT_EQ(0, merged(FlatLines(12.0f, 128, 11.0f, 128)));  // half a grey to so high a power is nothing
-  EXPECT_EQ(50, merged(FlatLines(12.0f, 0, 1.0f, 100)));
-  EXPECT_EQ(178, merged(FlatLines(12.0f, 255, 1.0f, 100)));  // 177.5
-}
-
 }  // namespace
 }  // namespace quentara

@@ -78,16 +78,6 @@ TEST(ThickLineMask, EqualsItsDefinitionWithAnyWorkers) {
     }
 }
 
-TEST(ThickLineMask, MeasuresFlatPictures) {
-  for (const auto& [sample, expected] : {std::pair{0, 0}, {2, 0}, {100, 255}, {3, 216}}) {
-    ChannelSet picture("L", 20, 10);
-    picture.planes(0) = static_cast<unsigned char>(sample);
-    const BytePlane mask(ThickLineMask(2, picture, kFast).planes(0));
-    EXPECT_EQ(expected, mask(5, 5)) << sample;
-    EXPECT_TRUE(blitz::all(mask == mask(0, 0))) << sample;
-  }
-}
-
 TEST(ThickLineMask, StopsAtEachOfItsChecks) {
   const ChannelSet picture("L", 30, 30);
   EXPECT_EQ("", StopsAtEachOf(3, [&] { ThickLineMask(2, picture, kFast); }));

@@ -56,14 +56,6 @@ TEST(ScreenGrid, IsThePolarFormAtAnyAngleAndCell) {
     }
 }
 
-TEST(ThresholdTile, IsHighestInTheCentre) {
-  BytePlane expected(3, 3);  // tenths of 255, rounded half up
-  expected = 26, 128, 51, 153, 230, 179, 77, 204, 102;
-  EXPECT_EQ("", FirstDifference(expected, ThresholdTile(3)));
-  EXPECT_EQ(1, ThresholdTile(22)(0, 0));
-  EXPECT_EQ(0, ThresholdTile(23)(0, 0));  // a black pixel in this corner stays white
-}
-
 BytePlane TileByDefinition(int cell) {
   std::map<float, std::vector<std::pair<int, int>>> spots;
   const float last = static_cast<float>(cell - 1);
@@ -113,16 +105,6 @@ TEST(HalftonePattern, EqualsItsDefinitionOnRandomPictures) {
         MixImages(picture, expected, 1.0f - transparency);
         ExpectWithAnyWorkers(expected, [&] { return HalftonePattern(settings, picture); });
       });
-}
-
-TEST(HalftoneScreen, KeepsWhiteAndTheMeanOfGrey) {
-  BytePlane plane(60, 60);
-  for (const int quality : {kFast, kHigh}) {
-    plane = 255;
-    EXPECT_EQ("", FirstDifference(plane, HalftoneScreen(plane, 15.0f, 5, quality)));
-    plane = 100;
-    EXPECT_NEAR(100.0, blitz::mean(HalftoneScreen(plane, 15.0f, 5, quality)), 8.0);
-  }
 }
 
 }  // namespace

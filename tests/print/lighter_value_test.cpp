@@ -23,16 +23,5 @@ TEST(LighterValue, EqualsItsDefinitionOnRandomPictures) {
   }
 }
 
-TEST(LighterValue, RaisesGreyAndKeepsBlackAndWhite) {
-  ChannelSet picture("RGB", 3, 1);
-  for (int i = 0; i < 3; ++i) picture.planes(i) = 0, 128, 255;
-  const ChannelSet result = LighterValue(1.0f, picture);
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(0, result.planes(i)(0, 0));
-    EXPECT_EQ(192, result.planes(i)(0, 1));  // 128 * (2 - 128 / 255) = 191.7
-    EXPECT_EQ(255, result.planes(i)(0, 2));
-  }
-}
-
 }  // namespace
 }  // namespace quentara
