@@ -1,90 +1,73 @@
-// Whole frames through the pipeline: the effect's defaults, stage by stage.
+// Whole frames through the pipeline, at the effect's defaults but for the stage that a frame is named after.
 #include <benchmark/benchmark.h>
 
-#include <functional>
-#include <string>
-
-#include "bench_planes.h"
+#include "bench_cases.h"
+#include "counting_host.h"
+#include "default_settings.h"
 #include "render/pipeline.h"
-#include "render/standalone_host.h"
 
 namespace quentara {
 namespace {
 
-constexpr BlurSettings kMainBlur = {BlurType::Box, 3, 15, kHigh, 0.25f, 5, 10};
-constexpr FlatShadedSettings kFlatShaded = {10, 20, 1.0f, kHigh};
-constexpr ComicOutlineSettings kComic = {0.6f, 0.6f, 2, 1.0f, 0.0f, kHigh};
-constexpr AirbrushSettings kAirbrush = {8, 0.4f, 1.5f};
-constexpr BristleSettings kBristle = {5.0f, 3, 0.5f, kHigh};
-constexpr CrackleSettings kCrackle = {10, 10, 5, 1.0f};
-constexpr DropletSettings kDroplet = {3, 0.85f};
-constexpr GouacheSettings kGouache = {8, 0.75f, 3, 0.25f, kHigh};
-constexpr MarkerOutlineSettings kMarker = {false, 5, 5, 8, 3, 10, 1.0f, 0.0f};
-constexpr PosterPaintSettings kPosterPaint = {6, 6, 0.5f, 0.85f, 10, 0.5f};
+constexpr int kRoto = 6, kNoRoto = 3, kComicOutlines = 26;
 
 struct FrameCase {
   const char* name;
-  std::function<void(RenderSettings&)> choose;
+  std::vector<Choice> choices;
 };
 
-template <class Record>
-FrameCase Painted(const char* name, Style style, const Record* RenderSettings::*member, const Record& record) {
-  return {name, [=, &record](RenderSettings& settings) {
-            settings.mainBlur = &kMainBlur;
-            settings.useMainBlur = true;
-            settings.style = style;
-            settings.*member = &record;
-          }};
+FrameCase Style(const char* name, int roto) {
+  return {name, {{kRoto, roto}}};
 }
 
-FrameCase Defaults() {
-  const FrameCase painted = Painted("defaults", Style::FlatShaded, &RenderSettings::flatShaded, kFlatShaded);
-  return {painted.name, [painted](RenderSettings& settings) {
-            painted.choose(settings);
-            settings.comicOutlines = &kComic;
-          }};
+// A stage on its own: with Main Blur, without a style.
+FrameCase Stage(const char* name, int box) {
+  return {name, {{kRoto, kNoRoto}, {kComicOutlines, 0}, {box, 1}}};
 }
 
+// Styles come with Main Blur and Comic Outlines, as by default; the first is the frame of all defaults.
 const FrameCase kFrames[] = {
-    Defaults(),
-    {"main_blur", [](RenderSettings& settings) { settings.mainBlur = &kMainBlur; }},
-    Painted("flat_shaded", Style::FlatShaded, &RenderSettings::flatShaded, kFlatShaded),
-    Painted("airbrush", Style::Airbrush, &RenderSettings::airbrush, kAirbrush),
-    Painted("bristle", Style::Bristle, &RenderSettings::bristle, kBristle),
-    Painted("crackle", Style::Crackle, &RenderSettings::crackle, kCrackle),
-    Painted("droplet", Style::Droplet, &RenderSettings::droplet, kDroplet),
-    Painted("gouache", Style::Gouache, &RenderSettings::gouache, kGouache),
-    Painted("poster_paint", Style::PosterPaint, &RenderSettings::posterPaint, kPosterPaint),
-    Painted("marker_outlines", Style::NoRoto, &RenderSettings::markerOutlines, kMarker),
+    Style("Flat Shaded", 1),
+    Style("Flat Detailed", 2),
+    Style("Airbrush", 4),
+    Style("Bristle", 5),
+    Style("Crackle", 6),
+    Style("Droplet", 7),
+    Style("Gouache", 8),
+    Style("Poster Paint", 9),
+    {"No Roto: Main Blur", {{kRoto, kNoRoto}, {kComicOutlines, 0}}},
+    Stage("No Roto: Soft Outlines", 22),
+    Stage("No Roto: Comic Outlines", kComicOutlines),
+    Stage("No Roto: Marker Outlines", 112),
+    Stage("No Roto: Shadow Outlines", 32),
+    Stage("No Roto: Woodcut Outlines", 125),
+    Stage("No Roto: Scratchboard Outlines", 136),
+    Stage("No Roto: Conte Outlines", 146),
+    Stage("No Roto: Halftone Pattern", 13),
+    Stage("No Roto: Stipple Pattern", 36),
+    Stage("No Roto: Duotone Shading", 161),
 };
 
-void RenderFrame(benchmark::State& state, const FrameCase& frame, int height, int width, int threads) {
-  ChannelSet picture = NaturalPicture(height, width);
-  RenderSettings settings;
-  settings.frame = {picture.planes(0).data(), picture.planes(1).data(), picture.planes(2).data(), picture.height(),
-                    picture.width()};
-  frame.choose(settings);
-  StandaloneHost host(threads);
+void RenderFrame(benchmark::State& state, const FrameCase& frame, FrameSize size, int threads) {
+  const ChannelSet& picture = FramePicture(size);
+  Nivra::FrameSettings record;
+  ReadDefaults(frame.choices, record);
+  // The effect only reads its frame.
+  const auto samples = [&](int i) { return const_cast<unsigned char*>(picture.planes(i).data()); };
+  record.settings.frame = {samples(0), samples(1), samples(2), picture.height(), picture.width()};
+  CountingHost host(threads);
   for (auto _ : state) {
-    const FrameBuffers result = RenderPipeline::Render(settings, host);
+    const FrameBuffers result = RenderPipeline::Render(record.settings, host);
     for (unsigned char* buffer : {result.red, result.green, result.blue}) host.Free(buffer);
   }
-  const double frames = static_cast<double>(state.iterations());
-  state.counters["frames_per_s"] = benchmark::Counter(frames, benchmark::Counter::kIsRate);
-  state.counters["ns_per_pixel"] = benchmark::Counter(frames * picture.pixelCount() / 1e9,
-                                                      benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  CountFrame(state, size, host.peak());
 }
 
 const bool kRegistered = [] {
   for (const FrameCase& frame : kFrames)
-    for (const auto& [height, width] : {std::pair{360, 640}, {1080, 1920}})
-      for (const int threads : {1, 2}) {
-        const std::string name = std::string("frame/") + frame.name + "/" + std::to_string(width) + "x" +
-                                 std::to_string(height) + "/" + std::to_string(threads);
-        benchmark::RegisterBenchmark(name.c_str(), RenderFrame, frame, height, width, threads)
-            ->UseRealTime()
-            ->Unit(benchmark::kMillisecond);
-      }
+    RegisterFrames(frame.name, [&frame](benchmark::State& state, FrameSize size, int threads) {
+      RenderFrame(state, frame, size, threads);
+    });
   return true;
 }();
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "bench_cases.h"
 #include "bench_planes.h"
 #include "outlines/thick_line_mask.h"
 #include "render/settings.h"
@@ -15,8 +16,7 @@ void MeasureLines(benchmark::State& state, int thickness, Quality quality) {
   constexpr int kHeight = 1080, kWidth = 1920;
   static const ChannelSet picture("L", kWidth, kHeight, NaturalPlane(kHeight, kWidth));
   for (auto _ : state) benchmark::DoNotOptimize(ThickLineMask(thickness, picture, quality));
-  state.counters["ns_per_pixel"] = benchmark::Counter(
-      1e-9 * picture.pixelCount(), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+  CountPixels(state, picture.pixelCount());
 }
 
 // Beside the window filters that it is made of: window/natural/line-mask-high/2.

@@ -4,7 +4,8 @@
 #include <functional>
 #include <string>
 
-#include "bench_planes.h"
+#include "bench_cases.h"
+#include "default_settings.h"
 #include "imageops/luma.h"
 #include "imageops/skin_tones.h"
 #include "outlines/comic_outlines.h"
@@ -20,21 +21,16 @@
 namespace quentara {
 namespace {
 
-constexpr int kHeight = 1080, kWidth = 1920;
+constexpr FrameSize kSize = {1080, 1920};
 
-constexpr SoftOutlineSettings kSoft = {0.0f, 2, 0.0f, kHigh};
-constexpr ComicOutlineSettings kComic = {0.6f, 0.6f, 2, 1.0f, 0.0f, kHigh};
-constexpr MarkerOutlineSettings kMarker = {false, 5, 5, 8, 3, 10, 1.0f, 0.0f};
-constexpr ShadowOutlineSettings kShadow = {0.5f, 1.0f, false, 0.0f};
-constexpr WoodcutOutlineSettings kWoodcut = {0.5f, 0.5f, 0.5f, 3, 1.0f, false, 0.0f, kHigh};
-constexpr ScratchboardOutlineSettings kScratchboard = {0.5f, kRough, 4.75f, 3, 0.5f, false, 0.0f};
-constexpr ConteOutlineSettings kConte = {{1.0f, 1.0f, 1.0f}, 0.5f, 2, 0.5f, 3, 0.0f, kHigh};
 constexpr OutlineColor kBlack = {0.0f, 0.0f, 0.0f, OutlineColorClass::Black};
-constexpr BlurSettings kBlur = {BlurType::Box, 3, 15, kHigh, 0.25f, 5, 10};
 
-/// One picture for every input of a stage, and its tones.
+/// The settings, one picture for every input of a stage, and its tones.
 struct Inputs {
-  ChannelSet picture = NaturalPicture(kHeight, kWidth);
+  Inputs() { ReadDefaults({}, defaults); }
+
+  Nivra::FrameSettings defaults;
+  ChannelSet picture = FramePicture(kSize);
   PointList skin = SkinPointList(picture.planes(0), picture.planes(1), picture.planes(2));
   Tones tones = ToneLevels(skin, BrightestPlane(picture));
 };
@@ -46,27 +42,37 @@ void Measure(benchmark::State& state, const Stage& stage, int threads) {
   StandaloneHost host(threads);
   const Plugin::HostScope scope(host);
   for (auto _ : state) benchmark::DoNotOptimize(stage(inputs));
-  state.counters["ns_per_pixel"] =
-      benchmark::Counter(static_cast<double>(state.iterations()) * inputs.picture.pixelCount() / 1e9,
-                         benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  CountPixels(state, inputs.picture.pixelCount());
 }
 
 const std::pair<const char*, Stage> kStages[] = {
-    {"soft", [](const Inputs& in) { return SoftOutlines(kSoft, kBlack, in.picture, in.picture); }},
-    {"comic", [](const Inputs& in) { return ComicOutlines(kComic, kBlack, in.skin, &kBlur, in.picture, in.picture); }},
+    {"soft", [](const Inputs& in) { return SoftOutlines(in.defaults.softOutlines, kBlack, in.picture, in.picture); }},
+    {"comic",
+     [](const Inputs& in) {
+       return ComicOutlines(in.defaults.comicOutlines, kBlack, in.skin, &in.defaults.mainBlur, in.picture, in.picture);
+     }},
     {"marker",
      [](const Inputs& in) {
-       const BytePlane regions(CracklePlane(kMarker.flatness, kMarker.simplicity, kMarker.separation, in.picture));
-       return MarkerOutlines(kMarker, kBlack, regions, in.picture);
+       const MarkerOutlineSettings& s = in.defaults.markerOutlines;
+       const int radius = FirstCrackleRadius(s.flatness, s.separation);
+       const BytePlane regions(CracklePlane(radius, s.simplicity, s.separation, in.picture));
+       return MarkerOutlines(s, kBlack, regions, in.picture);
      }},
-    {"conte", [](const Inputs& in) { return ConteOutlines(kConte, kBlack, in.picture, in.picture); }},
-    {"shadow", [](const Inputs& in) { return ShadowOutlines(kShadow, kBlack, in.tones, in.picture, in.picture); }},
+    {"conte",
+     [](const Inputs& in) { return ConteOutlines(in.defaults.conteOutlines, kBlack, in.picture, in.picture); }},
+    {"shadow",
+     [](const Inputs& in) {
+       return ShadowOutlines(in.defaults.shadowOutlines, kBlack, in.tones, in.picture, in.picture);
+     }},
     {"woodcut",
      [](const Inputs& in) {
-       return WoodcutOutlines(kWoodcut, kBlack, in.tones, in.skin, &kBlur, in.picture, in.picture, in.picture);
+       return WoodcutOutlines(in.defaults.woodcutOutlines, kBlack, in.tones, in.skin, &in.defaults.mainBlur, in.picture,
+                              in.picture, in.picture);
      }},
     {"scratchboard",
-     [](const Inputs& in) { return ScratchboardOutlines(kScratchboard, kBlack, in.picture, in.picture); }},
+     [](const Inputs& in) {
+       return ScratchboardOutlines(in.defaults.scratchboardOutlines, kBlack, in.picture, in.picture);
+     }},
 };
 
 const bool kRegistered = [] {

@@ -1,0 +1,25 @@
+#include <benchmark/benchmark.h>
+
+#include <exception>
+#include <iostream>
+#include <string_view>
+
+#include "bench_cases.h"
+
+// Takes Google Benchmark's options, or --write-planes=FOLDER to hand the planes to other programs.
+int main(int argc, char** argv) {
+  constexpr std::string_view kWrite = "--write-planes=";
+  if (argc == 2 && std::string_view(argv[1]).substr(0, kWrite.size()) == kWrite) {
+    try {
+      quentara::WritePlanes(argv[1] + kWrite.size());
+      return 0;
+    } catch (const std::exception& failure) {
+      std::cerr << "quentara_bench: cannot write the planes: " << failure.what() << '\n';
+      return 1;
+    }
+  }
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
+  benchmark::RunSpecifiedBenchmarks();
+  return 0;
+}
