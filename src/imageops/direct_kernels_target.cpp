@@ -1,44 +1,147 @@
-// Built once per instruction set; the build sets KERNEL_TARGET and the flags. Plain loops that the compiler vectorises.
+// Built once per instruction set; the build sets KERNEL_TARGET and the flags.
+#include "imageops/byte_lanes.h"
 #include "imageops/window_kernels.h"
 
 namespace quentara::KERNEL_TARGET {
 namespace {
 
-void RangesOf(const uint8_t* __restrict centre, int limit, uint8_t* __restrict highest, uint8_t* __restrict span,
-              int width) {
-  const uint8_t reach = static_cast<uint8_t>(limit), most = static_cast<uint8_t>(255 - limit);
-  for (int x = 0; x < width; ++x) {
-    const uint8_t top = static_cast<uint8_t>((centre[x] < most ? centre[x] : most) + reach);
-    const uint8_t bottom = static_cast<uint8_t>((centre[x] > reach ? centre[x] : reach) - reach);
-    highest[x] = top;
-    span[x] = static_cast<uint8_t>(top - bottom + 1);
+static_assert(kByteLanes <= kMostByteLanes);
+
+int Smaller(int a, int b) {
+  return a < b ? a : b;
+}
+
+// Calls block(x, levels + x, out + x) for registers of pixels, the last of them through memory that holds a whole one.
+template <class Result, class Block>
+BYTE_LANES_INLINE void ForBlocks(int width, const uint8_t* levels, Result* out, const Block& block) {
+  uint8_t lastLevels[kByteLanes] = {};
+  Result lastOut[kByteLanes];
+  for (int x = 0; x < width; x += kByteLanes) {
+    const bool whole = x + kByteLanes <= width;
+    if (!whole)
+      for (int i = 0; x + i < width; ++i) lastLevels[i] = levels[x + i];
+    block(x, whole ? levels + x : lastLevels, whole ? out + x : lastOut);
+    if (!whole)
+      for (int i = 0; x + i < width; ++i) out[x + i] = lastOut[i];
   }
 }
 
-template <int taps>
-void AddNear(const uint8_t* __restrict values, const uint8_t* __restrict highest, const uint8_t* __restrict span,
-             uint16_t* __restrict sums, uint16_t* __restrict counts, int width) {
-  for (int x = 0; x < width; ++x) {
-    uint8_t sum = 0, far = 0;
-    for (int i = 0; i < taps; ++i) {
-      // Wraps for values above the highest, so that either side of the range leaves nothing of the span.
-      const uint8_t depth = static_cast<uint8_t>(highest[x] - values[x + i]);
-      const uint8_t deeper = depth > span[x] ? depth : span[x];
-      sum = static_cast<uint8_t>(sum + static_cast<uint8_t>(deeper - depth));
-      far = static_cast<uint8_t>(far + (deeper == depth ? 1 : 0));
+/// Windows as lines of taps, down their columns or along their rows, whichever are longer.
+struct Lines {
+  int count, taps;
+  ptrdiff_t toNextLine, toNextTap;
+};
+
+Lines LinesOf(const WindowRow& row) {
+  if (row.rows > row.side) return {row.side, row.rows, 1, row.stride};
+  return {row.rows, row.side, row.stride, 1};
+}
+
+BYTE_LANES_INLINE Words MeansOf(Words counts, Words sums, Words lowest) {
+  const auto mean = [](Floats count, Floats sum, Floats low) {
+    return (sum + count * low) / count + EveryFloat(0.5f);  // the sum is below 2^24: exact
+  };
+  return PackFloats(mean(LowFloats(counts), LowFloats(sums), LowFloats(lowest)),
+                    mean(HighFloats(counts), HighFloats(sums), HighFloats(lowest)));
+}
+
+// The functions for one block stay out of line: their loops need all registers.
+__attribute__((noinline)) void RangeMeanOfBlock(const WindowRow& row, const Lines& lines, int x, const uint8_t* centre,
+                                                int limit, const uint16_t* outside, uint8_t* out) {
+  const Bytes one = EveryByte(1), reach = EveryByte(limit);
+  const Bytes lowest = SaturatedDifference(LoadBytes(centre), reach);
+  const Bytes highest = SaturatedSum(LoadBytes(centre), reach);
+  const Bytes span = highest - lowest + one;                             // how many values are near
+  const int most = 255 / (2 * limit + 1), mostLines = 255 / lines.taps;  // that bytes add up and count
+  ByteSums depths = NoSums(), counts = NoSums();
+  for (int y = 0; y < lines.count;) {
+    Bytes count = EveryByte(0);
+    for (const int end = Smaller(y + mostLines, lines.count); y < end; ++y) {
+      const uint8_t* sample = row.samples + x + y * lines.toNextLine;
+      for (int left = lines.taps; left > 0; left -= most) {
+        Bytes depth = EveryByte(0);
+#pragma GCC unroll 2
+        for (int taps = Smaller(left, most); taps > 0; --taps, sample += lines.toNextTap) {
+          // Wraps for values above the highest, so that either side of the range leaves nothing of the span.
+          const Bytes inside = SaturatedDifference(span, highest - LoadBytes(sample));
+          depth = depth + inside;
+          count = count + Smaller(inside, one);
+        }
+        depths = depths + depth;
+      }
     }
-    sums[x] = static_cast<uint16_t>(sums[x] + sum);
-    counts[x] = static_cast<uint16_t>(counts[x] + taps - far);
+    counts = counts + count;
+  }
+
+  // A depth is v - lowest + 1. The padding's zeros are counted where a range begins at 0, with a depth of 1.
+  const auto means = [&](Words n, Words sum, Words low, Words columns) {
+    return MeansOf(n - WhereZero(low, columns * EveryWord(row.rows)), sum - n, low);
+  };
+  StoreBytes(PackWords(means(LowWords(counts), LowWords(depths), LowWords(lowest), LoadLowWords(outside)),
+                       means(HighWords(counts), HighWords(depths), HighWords(lowest), LoadHighWords(outside))),
+             out);
+}
+
+void RangeMean(const WindowRow& row, const uint8_t* centre, int limit, const uint16_t* outside, uint8_t* out) {
+  const Lines lines = LinesOf(row);
+  ForBlocks(row.width, centre, out, [&](int x, const uint8_t* blockCentre, uint8_t* blockOut) {
+    RangeMeanOfBlock(row, lines, x, blockCentre, limit, outside + x, blockOut);
+  });
+}
+
+/// The sums of a register of bytes in quarters.
+struct QuarterSums {
+  Floats quarters[4];
+
+  BYTE_LANES_INLINE_METHOD void Add(Words low, Words high) {
+    quarters[0] = quarters[0] + LowFloats(low);
+    quarters[1] = quarters[1] + HighFloats(low);
+    quarters[2] = quarters[2] + LowFloats(high);
+    quarters[3] = quarters[3] + HighFloats(high);
+  }
+};
+
+// sum of |v - m| = sum of v - n * m + 2 * sum of max(m - v, 0): the first from sums of columns, the last sample by
+// sample.
+__attribute__((noinline)) void DeviationOfBlock(const WindowRow& row, int x, const uint8_t* medians,
+                                                const uint16_t* columns, const float* sizes, float* out) {
+  const Bytes median = LoadBytes(medians);
+  const Floats none = EveryFloat(0.0f);
+  QuarterSums below = {{none, none, none, none}}, all = below, levels = below;
+  const int mostRows = 257 / row.side;  // that 16-bit sums take
+  for (int y = 0; y < row.rows;) {
+    ByteSums distances = NoSums();
+    for (const int end = Smaller(y + mostRows, row.rows); y < end; ++y) {
+      const uint8_t* const line = row.samples + x + y * row.stride;
+#pragma GCC unroll 2
+      for (int tap = 0; tap < row.side; ++tap)
+        distances = distances + SaturatedDifference(median, LoadBytes(line + tap));
+    }
+    below.Add(LowWords(distances), HighWords(distances));
+  }
+  const int mostColumns = 257 / row.rows;
+  for (int tap = 0; tap < row.side;) {
+    Words low = EveryWord(0), high = EveryWord(0);
+    for (const int end = Smaller(tap + mostColumns, row.side); tap < end; ++tap)
+      low = low + LoadLowWords(columns + tap), high = high + LoadHighWords(columns + tap);
+    all.Add(low, high);
+  }
+  levels.Add(LowWords(median), HighWords(median));
+  for (int i = 0; i < 4; ++i) {
+    const Floats size = LoadQuarter(sizes, i), twice = below.quarters[i] + below.quarters[i];
+    StoreQuarter((all.quarters[i] + twice - size * levels.quarters[i]) / size, out, i);
   }
 }
 
-void MeanOfNear(const uint16_t* __restrict sums, const uint16_t* __restrict counts, const uint8_t* __restrict highest,
-                const uint8_t* __restrict span, uint8_t* __restrict out, int width) {
-  for (int x = 0; x < width; ++x) {
-    const int sum = sums[x] + (highest[x] - span[x]) * counts[x];
-    const float mean = static_cast<float>(sum) / static_cast<float>(counts[x]);
-    out[x] = static_cast<uint8_t>(static_cast<int>(mean + 0.5f));
-  }
+void Deviation(const WindowRow& row, const uint8_t* medians, const uint16_t* columns, const float* sizes, float* out) {
+  ForBlocks(row.width, medians, out, [&](int x, const uint8_t* blockMedians, float* blockOut) {
+    DeviationOfBlock(row, x, blockMedians, columns + x, sizes + x, blockOut);
+  });
+}
+
+void MoveColumns(const uint8_t* __restrict entering, const uint8_t* __restrict leaving, uint16_t* __restrict columns,
+                 int width) {
+  for (int x = 0; x < width; ++x) columns[x] = static_cast<uint16_t>(columns[x] + entering[x] - leaving[x]);
 }
 
 template <int taps>
@@ -67,13 +170,12 @@ void AddDistances(const uint8_t* __restrict values, const uint8_t* __restrict me
 }  // namespace
 
 extern const DirectKernels kDirectKernels;
-const DirectKernels kDirectKernels = {
-    RangesOf,
-    {nullptr, AddNear<1>, AddNear<2>, AddNear<3>, AddNear<4>, AddNear<5>, AddNear<6>, AddNear<7>, AddNear<8>},
-    MeanOfNear,
-    {nullptr, CountNotAbove<1>, CountNotAbove<2>, CountNotAbove<3>, CountNotAbove<4>, CountNotAbove<5>,
-     CountNotAbove<6>, CountNotAbove<7>, CountNotAbove<8>},
-    {nullptr, AddDistances<1>, AddDistances<2>, AddDistances<3>, AddDistances<4>, AddDistances<5>, AddDistances<6>,
-     AddDistances<7>, AddDistances<8>}};
+const DirectKernels kDirectKernels = {RangeMean,
+                                      Deviation,
+                                      MoveColumns,
+                                      {nullptr, CountNotAbove<1>, CountNotAbove<2>, CountNotAbove<3>, CountNotAbove<4>,
+                                       CountNotAbove<5>, CountNotAbove<6>, CountNotAbove<7>, CountNotAbove<8>},
+                                      {nullptr, AddDistances<1>, AddDistances<2>, AddDistances<3>, AddDistances<4>,
+                                       AddDistances<5>, AddDistances<6>, AddDistances<7>, AddDistances<8>}};
 
 }  // namespace quentara::KERNEL_TARGET

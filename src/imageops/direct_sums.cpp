@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 #include "imageops/window_kernels_dispatch.h"
 #include "render/scratch.h"
@@ -9,75 +10,55 @@
 namespace quentara {
 namespace {
 
-// Calls add(taps, samples) for the samples of all windows of row y: samples[x] .. samples[x + taps - 1] for pixel x.
-template <class Add>
-void ForTaps(WindowReach reach, const BytePlane& padded, int y, int mostTaps, const Add& add) {
-  const int side = 2 * reach.columns + 1;
-  for (int row = std::max(y - reach.rows, 0); row <= std::min(y + reach.rows, padded.rows() - 1); ++row)
-    for (int tap = 0; tap < side; tap += mostTaps) add(std::min(mostTaps, side - tap), Row(padded, row) + tap);
+// Room for a row's pixels in whole registers.
+std::size_t RoomFor(int width) {
+  return static_cast<std::size_t>(width + kMostByteLanes);
 }
 
-// Calls pixel(x, samples) for the pixels whose windows reach into the padding, with the padding's share of the window.
-template <class Pixel>
-void ForPaddedWindows(WindowReach reach, int y, int height, int width, const Pixel& pixel) {
-  const int rows = ClippedExtent(y, reach.rows, height);
-  const auto visit = [&](int x) { pixel(x, rows * (2 * reach.columns + 1 - ClippedExtent(x, reach.columns, width))); };
-  for (int x = 0; x < std::min(reach.columns, width); ++x) visit(x);
-  for (int x = std::max(width - reach.columns, reach.columns); x < width; ++x) visit(x);
+// The windows of row y in a plane padded by reach.columns.
+WindowRow WindowsOf(WindowReach reach, const BytePlane& padded, int y, int width) {
+  const int first = std::max(y - reach.rows, 0);
+  const int rows = ClippedExtent(y, reach.rows, padded.rows());
+  return {Row(padded, first), padded.stride(0), rows, 2 * reach.columns + 1, width};
 }
 
 }  // namespace
 
-BytePlane PadRows(const BytePlane& plane, int columns) {
-  BytePlane padded(plane.rows(), plane.cols() + 2 * columns);
-  padded = 0;
+BytePlane PadRows(const BytePlane& plane, int columns, unsigned char padding) {
+  BytePlane padded(plane.rows(), plane.cols() + 2 * columns + kMostByteLanes);
+  padded = padding;
   for (int y = 0; y < plane.rows(); ++y) std::copy_n(Row(plane, y), plane.cols(), Row(padded, y) + columns);
   return padded;
 }
 
 void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                              BytePlane& result) {
-  const int height = values.rows(), width = values.cols();
+  const int width = values.cols();
   const DirectKernels& kernels = ActiveKernels().direct;
   const BytePlane padded(PadRows(values, reach.columns));
-  const int mostTaps = std::min(kMostTaps, 255 / (2 * limit + 1));
-  const std::size_t count = static_cast<std::size_t>(width);
-  Scratch<unsigned char> highest(count), span(count);
-  Scratch<unsigned short> sums(count), counts(count);
-  for (int y = 0; y < height; ++y) {
-    kernels.rangesOf(Row(centre, y), limit, highest.data(), span.data(), width);
-    std::fill_n(sums.data(), count, static_cast<unsigned short>(0));
-    std::fill_n(counts.data(), count, static_cast<unsigned short>(0));
-    ForTaps(reach, padded, y, mostTaps, [&](int taps, const unsigned char* samples) {
-      kernels.addNear[taps](samples, highest.data(), span.data(), sums.data(), counts.data(), width);
-    });
-    // The padding's zeros count where a range reaches down to 0, each of them 0 + 1 above the range: out with them.
-    ForPaddedWindows(reach, y, height, width, [&](int x, int outside) {
-      if (span[x] != highest[x] + 1) return;
-      sums[x] = static_cast<unsigned short>(sums[x] - outside);
-      counts[x] = static_cast<unsigned short>(counts[x] - outside);
-    });
-    kernels.meanOfNear(sums.data(), counts.data(), highest.data(), span.data(), Row(result, y), width);
-  }
+  Scratch<std::uint16_t> outside(RoomFor(width));
+  for (int x = 0; x < width; ++x)
+    outside[x] = static_cast<std::uint16_t>(2 * reach.columns + 1 - ClippedExtent(x, reach.columns, width));
+  for (int y = 0; y < values.rows(); ++y)
+    kernels.rangeMean(WindowsOf(reach, padded, y, width), Row(centre, y), limit, outside.data(), Row(result, y));
 }
 
 void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
   const int height = values.rows(), width = values.cols();
   const DirectKernels& kernels = ActiveKernels().direct;
-  const BytePlane padded(PadRows(values, reach.columns));
-  const std::size_t count = static_cast<std::size_t>(width);
-  Scratch<int> sums(count), sizes(count);
-  for (int y = 0; y < height; ++y) {
-    std::fill_n(sums.data(), count, 0);
-    std::fill_n(sizes.data(), count, ClippedExtent(y, reach.rows, height) * (2 * reach.columns + 1));
-    ForTaps(reach, padded, y, kMostTaps, [&](int taps, const unsigned char* samples) {
-      kernels.addDistances[taps](samples, Row(medians, y), sums.data(), width);
-    });
-    ForPaddedWindows(reach, y, height, width, [&](int x, int outside) {
-      sums[x] -= outside * Row(medians, y)[x];
-      sizes[x] -= outside;
-    });
-    for (int x = 0; x < width; ++x) Row(result, y)[x] = static_cast<float>(sums[x]) / static_cast<float>(sizes[x]);
+  const BytePlane padded(PadRows(values, reach.columns, 255));
+  Scratch<std::uint16_t> columns(RoomFor(width + 2 * reach.columns));
+  Scratch<unsigned char> zeros(RoomFor(width));
+  Scratch<float> sizes(RoomFor(width));
+  const auto rowOf = [&](int y) { return y >= 0 && y < height ? Row(values, y) : zeros.data(); };
+  for (int y = -reach.rows; y < height; ++y) {
+    kernels.moveColumns(rowOf(y + reach.rows), rowOf(y - reach.rows - 1), columns.data() + reach.columns, width);
+    if (y < 0) continue;
+    const WindowRow windows = WindowsOf(reach, padded, y, width);
+    if (y <= reach.rows || y >= height - reach.rows)
+      for (int x = 0; x < width; ++x)
+        sizes[x] = static_cast<float>(windows.rows * ClippedExtent(x, reach.columns, width));
+    kernels.deviation(windows, Row(medians, y), columns.data(), sizes.data(), Row(result, y));
   }
 }
 

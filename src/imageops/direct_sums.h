@@ -6,8 +6,8 @@
 
 namespace quentara {
 
-/// The plane with `columns` zeros before and behind each row.
-BytePlane PadRows(const BytePlane& plane, int columns);
+/// The plane with `columns` samples of padding before each row and as many and kMostByteLanes more behind it.
+BytePlane PadRows(const BytePlane& plane, int columns, unsigned char padding = 0);
 
 /// result = the range mean, as range_mean_filter.h defines it, of windows and limits that `PrefersDirectMean` accepts.
 void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,

@@ -12,10 +12,11 @@ constexpr int kMostSamplesOfDirectDeviation = 21 * 21;  ///< mean deviation
 constexpr int kMostRadiusOfDirectDiamondMedian = 10;    ///< a byte counts the samples
 constexpr int kMostRadiusOfDirectDiamondDeviation = 30;
 
-/// Range mean by direct sums, which 16-bit counters must hold.
+/// Range mean by direct sums: a byte counts the samples of a row or column, 16 bits hold the sum of the distances.
 inline bool PrefersDirectMean(WindowReach reach, int limit) {
   const int samples = SampleCount(reach);
-  return limit <= 127 && samples <= kMostSamplesOfDirectMean && samples * (2 * limit + 1) <= 65535;
+  return limit <= 127 && reach.rows <= 127 && reach.columns <= 127 && samples <= kMostSamplesOfDirectMean &&
+         samples * (2 * limit + 1) <= 65535;
 }
 
 /// Mean deviation by direct sums.

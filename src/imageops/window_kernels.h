@@ -33,20 +33,32 @@ struct HistogramKernels {
   void (*mode)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
 };
 
-constexpr int kMostTaps = 8;  ///< taps that a direct kernel adds at a time
+/// The windows of one row of pixels in a padded plane: those of pixel x have the corner samples + x.
+struct WindowRow {
+  const uint8_t* samples;  ///< kMostByteLanes more than the windows need can be read from each row
+  ptrdiff_t stride;        ///< bytes from one row to the next
+  int rows;                ///< of the window, those outside the plane left out
+  int side;                ///< columns of the window, those outside the plane hold padding
+  int width;               ///< pixels in the row
+};
 
-/// Sums over neighbouring samples, for all pixels of a row at a time. Arrays with an index [taps], 1 .. kMostTaps, take
-/// values[x] .. values[x + taps - 1] for pixel x.
+constexpr int kMostByteLanes = 32;  ///< pixels that a kernel takes at a time
+constexpr int kMostTaps = 8;        ///< taps that a direct kernel adds at a time
+
+/// Sums over small windows, sample by sample for many pixels at a time. Arrays with an index [taps], 1 .. kMostTaps,
+/// take values[x] .. values[x + taps - 1] for pixel x.
 struct DirectKernels {
-  /// The values within limit of centre[x]: the highest, at most 255, and how many there are. limit <= 127.
-  void (*rangesOf)(const uint8_t* centre, int limit, uint8_t* highest, uint8_t* span, int width);
-  /// Over the values v in highest[x] - span[x] + 1 .. highest[x]: adds v - (highest[x] - span[x]) to sums[x] and 1 to
-  /// counts[x]. taps * span[x] <= 255.
-  void (*addNear[kMostTaps + 1])(const uint8_t* values, const uint8_t* highest, const uint8_t* span, uint16_t* sums,
-                                 uint16_t* counts, int width);
-  /// out[x] = the mean of the values that `addNear` has added.
-  void (*meanOfNear)(const uint16_t* sums, const uint16_t* counts, const uint8_t* highest, const uint8_t* span,
-                     uint8_t* out, int width);
+  /// out[x] = the mean of the values within limit of centre[x], after Lee (1983). limit <= 127, at most 255 rows and
+  /// columns, and (2 * limit + 1) times the samples of a window <= 65535. The padding is 0; outside[x], up to a
+  /// multiple of kMostByteLanes, is how many columns of it a window has.
+  void (*rangeMean)(const WindowRow& row, const uint8_t* centre, int limit, const uint16_t* outside, uint8_t* out);
+  /// out[x] = the mean of |v - medians[x]| over the values v. The padding is 255; columns[x] .. columns[x + side - 1]
+  /// are the sums of the window's columns, 0 in the padding, and sizes[x] its number of samples, both of them up to a
+  /// multiple of kMostByteLanes. At most 257 rows.
+  void (*deviation)(const WindowRow& row, const uint8_t* medians, const uint16_t* columns, const float* sizes,
+                    float* out);
+  /// Takes a row of samples into sums of columns and another one out.
+  void (*moveColumns)(const uint8_t* entering, const uint8_t* leaving, uint16_t* columns, int width);
   /// Adds to counts[x] how many of the values are at most limits[x].
   void (*countNotAbove[kMostTaps + 1])(const uint8_t* values, const uint8_t* limits, uint8_t* counts, int width);
   /// Adds |v - medians[x]| over the values v to sums[x].

@@ -33,7 +33,14 @@ std::vector<Case> Cases() {
        {std::pair{1, 1}, {1, 19}, {17, 1}, {2, 2}, {3, 40}, {6, 5}, {33, 40}, {21, 70}, {3, 600}})
     for (int radius = 0; radius <= 8; ++radius) cases.push_back({height, width, radius});
   for (const int radius : {30, 60, 91, 110, 128, 140}) cases.push_back({8, 23, radius});
-  cases.insert(cases.end(), {{38, 45, 17}, {61, 66, 30}, {5, 600, 60}, {258, 5, 127}, {270, 3, 140}, {5, 230, 110}});
+  cases.insert(cases.end(), {{38, 45, 10},
+                             {38, 75, 11},
+                             {38, 45, 17},
+                             {61, 66, 30},
+                             {5, 600, 60},
+                             {258, 5, 127},
+                             {270, 3, 140},
+                             {5, 230, 110}});
   return cases;
 }
 

@@ -1,0 +1,173 @@
+/// One register of bytes, 32 with AVX2 and 16 with SSE2, and the sums and means that they grow into.
+///
+/// For sources that are built once per instruction set, inside namespace KERNEL_TARGET: nothing here is ever shared
+/// between two sets. Widening keeps to the 128-bit parts of a register, so that packing puts everything back in order.
+#pragma once
+
+#include <immintrin.h>
+#include <stdint.h>
+
+#define BYTE_LANES_INLINE_METHOD inline __attribute__((always_inline))
+#define BYTE_LANES_INLINE static BYTE_LANES_INLINE_METHOD
+
+namespace quentara::KERNEL_TARGET {
+
+#ifdef __AVX2__
+using Register = __m256i;
+using FloatRegister = __m256;
+#define LANES_OPERATION(name) _mm256_##name
+#define LANES_REGISTER(name) _mm256_##name##_si256
+#else
+using Register = __m128i;
+using FloatRegister = __m128;
+#define LANES_OPERATION(name) _mm_##name
+#define LANES_REGISTER(name) _mm_##name##_si128
+#endif
+
+struct Bytes {
+  Register v;
+};
+struct Words {  ///< 16 bits each
+  Register v;
+};
+struct Floats {
+  FloatRegister v;
+};
+
+constexpr int kByteLanes = sizeof(Register);
+
+BYTE_LANES_INLINE Bytes LoadBytes(const uint8_t* p) {
+  return {LANES_REGISTER(loadu)(reinterpret_cast<const Register*>(p))};
+}
+BYTE_LANES_INLINE void StoreBytes(Bytes a, uint8_t* p) {
+  LANES_REGISTER(storeu)(reinterpret_cast<Register*>(p), a.v);
+}
+BYTE_LANES_INLINE Bytes EveryByte(int value) {
+  return {LANES_OPERATION(set1_epi8)(static_cast<char>(value))};
+}
+BYTE_LANES_INLINE Bytes operator+(Bytes a, Bytes b) {
+  return {LANES_OPERATION(add_epi8)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Bytes operator-(Bytes a, Bytes b) {
+  return {LANES_OPERATION(sub_epi8)(a.v, b.v)};
+}
+/// Held to 0..255.
+BYTE_LANES_INLINE Bytes SaturatedSum(Bytes a, Bytes b) {
+  return {LANES_OPERATION(adds_epu8)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Bytes SaturatedDifference(Bytes a, Bytes b) {
+  return {LANES_OPERATION(subs_epu8)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Bytes Smaller(Bytes a, Bytes b) {
+  return {LANES_OPERATION(min_epu8)(a.v, b.v)};
+}
+
+BYTE_LANES_INLINE Words EveryWord(int value) {
+  return {LANES_OPERATION(set1_epi16)(static_cast<short>(value))};
+}
+BYTE_LANES_INLINE Words operator+(Words a, Words b) {
+  return {LANES_OPERATION(add_epi16)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Words operator-(Words a, Words b) {
+  return {LANES_OPERATION(sub_epi16)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Words operator*(Words a, Words b) {
+  return {LANES_OPERATION(mullo_epi16)(a.v, b.v)};
+}
+/// The lanes of a where b is 0.
+BYTE_LANES_INLINE Words WhereZero(Words b, Words a) {
+  return {LANES_REGISTER(and)(a.v, LANES_OPERATION(cmpeq_epi16)(b.v, LANES_REGISTER(setzero)()))};
+}
+/// The bytes of a register as words, and words as bytes again, each cut to 0..255.
+BYTE_LANES_INLINE Words LowWords(Bytes a) {
+  return {LANES_OPERATION(unpacklo_epi8)(a.v, LANES_REGISTER(setzero)())};
+}
+BYTE_LANES_INLINE Words HighWords(Bytes a) {
+  return {LANES_OPERATION(unpackhi_epi8)(a.v, LANES_REGISTER(setzero)())};
+}
+BYTE_LANES_INLINE Bytes PackWords(Words low, Words high) {
+  return {LANES_OPERATION(packus_epi16)(low.v, high.v)};
+}
+
+/// Unsigned words as floats.
+BYTE_LANES_INLINE Floats LowFloats(Words a) {
+  return {LANES_OPERATION(cvtepi32_ps)(LANES_OPERATION(unpacklo_epi16)(a.v, LANES_REGISTER(setzero)()))};
+}
+BYTE_LANES_INLINE Floats HighFloats(Words a) {
+  return {LANES_OPERATION(cvtepi32_ps)(LANES_OPERATION(unpackhi_epi16)(a.v, LANES_REGISTER(setzero)()))};
+}
+BYTE_LANES_INLINE Floats operator+(Floats a, Floats b) {
+  return {LANES_OPERATION(add_ps)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Floats operator-(Floats a, Floats b) {
+  return {LANES_OPERATION(sub_ps)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Floats operator*(Floats a, Floats b) {
+  return {LANES_OPERATION(mul_ps)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Floats operator/(Floats a, Floats b) {
+  return {LANES_OPERATION(div_ps)(a.v, b.v)};
+}
+BYTE_LANES_INLINE Floats EveryFloat(float value) {
+  return {LANES_OPERATION(set1_ps)(value)};
+}
+/// Floats of 0 to less than 32768 as words, their fractions cut off.
+BYTE_LANES_INLINE Words PackFloats(Floats low, Floats high) {
+  return {LANES_OPERATION(packs_epi32)(LANES_OPERATION(cvttps_epi32)(low.v), LANES_OPERATION(cvttps_epi32)(high.v))};
+}
+
+/// Sums of bytes that outgrow a byte, for up to 257 additions of 255: the even bytes are what is left of all.
+struct ByteSums {
+  Words all, odd;
+};
+BYTE_LANES_INLINE ByteSums NoSums() {
+  return {EveryWord(0), EveryWord(0)};
+}
+BYTE_LANES_INLINE ByteSums operator+(ByteSums a, Bytes b) {
+  return {a.all + Words{b.v}, a.odd + Words{LANES_OPERATION(srli_epi16)(b.v, 8)}};
+}
+BYTE_LANES_INLINE Words EvenSums(ByteSums a) {
+  return a.all - Words{LANES_OPERATION(slli_epi16)(a.odd.v, 8)};
+}
+BYTE_LANES_INLINE Words LowWords(ByteSums a) {
+  return {LANES_OPERATION(unpacklo_epi16)(EvenSums(a).v, a.odd.v)};
+}
+BYTE_LANES_INLINE Words HighWords(ByteSums a) {
+  return {LANES_OPERATION(unpackhi_epi16)(EvenSums(a).v, a.odd.v)};
+}
+
+/// What belongs to the words of the low and the high half of a register of bytes, from memory in the order of pixels.
+BYTE_LANES_INLINE Register LoadParts(const void* first, [[maybe_unused]] const void* second) {
+  const __m128i low = _mm_loadu_si128(static_cast<const __m128i*>(first));
+#ifdef __AVX2__
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(low), _mm_loadu_si128(static_cast<const __m128i*>(second)), 1);
+#else
+  return low;
+#endif
+}
+BYTE_LANES_INLINE Words LoadLowWords(const uint16_t* p) {
+  return {LoadParts(p, p + 16)};
+}
+BYTE_LANES_INLINE Words LoadHighWords(const uint16_t* p) {
+  return {LoadParts(p + 8, p + 24)};
+}
+/// The floats of one quarter of a register of bytes: those of the low and high half of its low words, then of its high.
+BYTE_LANES_INLINE Floats LoadQuarter(const float* p, int quarter) {
+  const float* const first = p + 4 * quarter;
+#ifdef __AVX2__
+  return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(first)), _mm_loadu_ps(first + 16), 1)};
+#else
+  return {_mm_loadu_ps(first)};
+#endif
+}
+BYTE_LANES_INLINE void StoreQuarter(Floats a, float* p, int quarter) {
+  float* const first = p + 4 * quarter;
+#ifdef __AVX2__
+  _mm_storeu_ps(first, _mm256_castps256_ps128(a.v));
+  _mm_storeu_ps(first + 16, _mm256_extractf128_ps(a.v, 1));
+#else
+  _mm_storeu_ps(first, a.v);
+#endif
+}
+
+}  // namespace quentara::KERNEL_TARGET
