@@ -2,6 +2,8 @@
 
 #include <cstddef>
 
+#include "imageops/window_kernels_dispatch.h"
+
 namespace quentara {
 namespace {
 
@@ -12,59 +14,56 @@ int Pitch(int columns) {
   return ((16 * columns + 63) / 64 | 1) * 64;
 }
 
-}  // namespace
-
-bool FitsColumnHistograms(WindowReach reach, int height, int width, int mostSamples) {
-  const int rows = ClippedExtent(0, 2 * std::min(reach.rows, height), height);
-  const int columns = ClippedExtent(0, 2 * std::min(reach.columns, width), width);
-  return rows <= 255 && rows * columns <= mostSamples;
+int MostRows(WindowReach reach, int height) {
+  return ClippedExtent(0, 2 * std::min(reach.rows, height), height);
 }
 
-ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, bool coarse)
+ColumnCounters From(int column, const ColumnCounters& columns) {
+  const std::ptrdiff_t counter = 16 * static_cast<std::ptrdiff_t>(column);
+  std::uint16_t* const distances = columns.distances != nullptr ? columns.distances + counter : nullptr;
+  return {columns.fine + counter, columns.coarse + counter, distances, columns.pitch};
+}
+
+}  // namespace
+
+bool FitsColumnHistograms(WindowReach reach, int height, int width) {
+  const int rows = MostRows(reach, height), columns = MostRows({reach.columns, 0}, width);
+  return rows <= 255 && rows * columns <= 65535;
+}
+
+ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, CountersKind kind)
     : reach_{std::min(reach.rows, values.rows()), std::min(reach.columns, values.cols())},
       values_(values),
-      coarse_(coarse),
-      largeWindows_(!FitsColumnHistograms(reach, values.rows(), values.cols())),
+      kind_(kind),
       pitch_(Pitch(std::min(kStrip, values.cols()) + 2 * reach_.columns + 1)),
-      counters_(kSegments + 1, pitch_) {}
+      counters_(kSegments + 1, pitch_) {
+  if (kind == CountersKind::kBelowWithDistances) distances_.emplace(static_cast<std::size_t>(pitch_));
+  unsigned char* const coarse = counters_.data() + static_cast<std::ptrdiff_t>(kSegments) * pitch_;
+  row_.columns = {counters_.data(), coarse, distances_ ? distances_->data() : nullptr,
+                  static_cast<std::size_t>(pitch_)};
+  row_.side = 2 * reach_.columns + 1;
+  row_.tallColumns = MostRows(reach, values.rows()) > 127;
+}
 
 void ColumnHistograms::StartStrip(int x, int width) {
-  width_ = width;
+  row_.width = width;
   firstColumn_ = std::max(x - reach_.columns, 0);
-  endColumn_ = std::min(x + width + reach_.columns, values_.cols());
-  firstCounter_ = firstColumn_ - (x - reach_.columns);
+  columnCount_ = std::min(x + width + reach_.columns, values_.cols()) - firstColumn_;
+  columns_ = From(firstColumn_ - (x - reach_.columns), row_.columns);
   counters_ = 0;
-  for (int y = 0; y <= std::min(reach_.rows, values_.rows() - 1); ++y) AddRow(y, 1);
+  if (distances_) std::fill_n(distances_->data(), pitch_, std::uint16_t{0});
+  for (int y = 0; y <= std::min(reach_.rows, values_.rows() - 1); ++y) Move(y, -1);
 }
 
 void ColumnHistograms::StepTo(int y) {
-  if (y + reach_.rows < values_.rows()) AddRow(y + reach_.rows, 1);
-  if (y - reach_.rows - 1 >= 0) AddRow(y - reach_.rows - 1, -1);
+  Move(y + reach_.rows, y - reach_.rows - 1);
 }
 
-void ColumnHistograms::AddRow(int y, int step) {
-  // Counters are bytes, which may alias anything: only locals stay in registers.
-  const unsigned char* const samples = Row(values_, y) + firstColumn_;
-  unsigned char* const fine = counters_.data() + 16 * firstCounter_;
-  unsigned char* const coarse = fine + static_cast<std::ptrdiff_t>(kSegments) * pitch_;
-  const std::ptrdiff_t pitch = pitch_, count = endColumn_ - firstColumn_;
-  const unsigned char change = static_cast<unsigned char>(step);
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    const std::ptrdiff_t segment = samples[i] / 16, lane = samples[i] % 16;
-    fine[segment * pitch + 16 * i + lane] += change;
-  }
-  if (coarse_)
-    for (std::ptrdiff_t i = 0; i < count; ++i) coarse[16 * i + samples[i] / 16] += change;
-}
-
-HistogramRow ColumnHistograms::row() const {
-  const unsigned char* const counters = counters_.data();
-  return {counters,
-          coarse_ ? counters + static_cast<std::ptrdiff_t>(kSegments) * pitch_ : nullptr,
-          static_cast<std::size_t>(pitch_),
-          2 * reach_.columns + 1,
-          width_,
-          largeWindows_};
+void ColumnHistograms::Move(int entering, int leaving) {
+  const auto samples = [&](int y) { return y >= 0 && y < values_.rows() ? Row(values_, y) + firstColumn_ : nullptr; };
+  const unsigned char *const in = samples(entering), *const out = samples(leaving);
+  if (in != nullptr || out != nullptr)
+    ActiveKernels().columns.moveRow[static_cast<int>(kind_)](columns_, in, out, columnCount_);
 }
 
 }  // namespace quentara

@@ -6,49 +6,50 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
+#include <optional>
 
 #include "imageops/window_kernels.h"
 #include "imageops/window_reach.h"
 #include "render/plane.h"
+#include "render/scratch.h"
 
 namespace quentara {
 
-/// How many samples a window may hold: read-outs that multiply its counters see a sign above 15 bits.
-constexpr int kMostSummed = 32767, kMostRanked = 65534;
-
-/// Whether the counters can hold the windows of a plane: at most 255 samples in a column and `mostSamples` in all.
-bool FitsColumnHistograms(WindowReach reach, int height, int width, int mostSamples = kMostSummed);
+/// Whether the counters can hold the windows of a plane: at most 255 samples in a column and 65535 in all.
+bool FitsColumnHistograms(WindowReach reach, int height, int width);
 
 class ColumnHistograms {
  public:
   static constexpr int kStrip = 512;  ///< pixels: the counters of a strip stay in the second-level cache
 
-  /// @param coarse  whether the number of samples per segment is kept, too.
-  ColumnHistograms(WindowReach reach, const BytePlane& values, bool coarse);
+  ColumnHistograms(WindowReach reach, const BytePlane& values, CountersKind kind);
 
   /// Turns to the strip whose first pixel is column x, with the window of row 0.
   void StartStrip(int x, int width);
   /// Moves from the windows of row y - 1 to those of row y.
   void StepTo(int y);
 
-  HistogramRow row() const;
+  HistogramRow row() const { return row_; }
 
  private:
-  void AddRow(int y, int step);
+  void Move(int entering, int leaving);
 
   const WindowReach reach_;
   const BytePlane& values_;
-  const bool coarse_;
-  const bool largeWindows_;
+  const CountersKind kind_;
   const int pitch_;
   BytePlane counters_;  ///< one row for each of the 16 segments, the coarse level in the 17th
-  int width_ = 0, firstColumn_ = 0, endColumn_ = 0, firstCounter_ = 0;
+  std::optional<Scratch<std::uint16_t>> distances_;
+  HistogramRow row_ = {};
+  int firstColumn_ = 0, columnCount_ = 0;
+  ColumnCounters columns_ = {};  ///< from the first column inside the plane on
 };
 
 /// Calls readOut(y, x, row) for each row of each strip: the row's first pixel is (y, x). The windows fit.
 template <class ReadOut>
-void ForStripRows(WindowReach reach, const BytePlane& values, bool coarse, const ReadOut& readOut) {
-  ColumnHistograms histograms(reach, values, coarse);
+void ForStripRows(WindowReach reach, const BytePlane& values, CountersKind kind, const ReadOut& readOut) {
+  ColumnHistograms histograms(reach, values, kind);
   for (int x = 0; x < values.cols(); x += ColumnHistograms::kStrip) {
     histograms.StartStrip(x, std::min(ColumnHistograms::kStrip, values.cols() - x));
     for (int y = 0; y < values.rows(); ++y) {

@@ -21,13 +21,10 @@ struct WideLanes {  ///< partial sums of 32 bits
   __m256i v;
 };
 
-LANES_INLINE Lanes NoLanes() {
-  return {_mm256_setzero_si256()};
-}
-LANES_INLINE Lanes LoadLanes(const uint16_t* p) {
+LANES_INLINE Lanes LoadLanes(const int16_t* p) {
   return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
 }
-LANES_INLINE void StoreLanes(Lanes a, uint16_t* p) {
+LANES_INLINE void StoreLanes(Lanes a, int16_t* p) {
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v);
 }
 LANES_INLINE Lanes WidenBytes(const uint8_t* p) {
@@ -39,22 +36,22 @@ LANES_INLINE Lanes operator+(Lanes a, Lanes b) {
 LANES_INLINE Lanes operator-(Lanes a, Lanes b) {
   return {_mm256_sub_epi16(a.v, b.v)};
 }
-
-/// Lane i becomes the sum of lanes 0 .. i.
-LANES_INLINE Lanes RunningSums(Lanes a) {
-  __m256i s = a.v;
-  s = _mm256_add_epi16(s, _mm256_slli_si256(s, 2));
-  s = _mm256_add_epi16(s, _mm256_slli_si256(s, 4));
-  s = _mm256_add_epi16(s, _mm256_slli_si256(s, 8));
-  const __m256i lowHalf = _mm256_permute2x128_si256(s, s, 0x08);
-  return {_mm256_add_epi16(s, _mm256_shuffle_epi8(lowHalf, _mm256_set1_epi16(0x0F0E)))};
+/// Unsigned: what a has above b, or 0.
+LANES_INLINE Lanes Excess(Lanes a, Lanes b) {
+  return {_mm256_subs_epu16(a.v, b.v)};
 }
 
-/// How many lanes, unsigned, are not above the limit, 0..65535.
-LANES_INLINE int CountNotAbove(Lanes a, int limit) {
-  const __m256i excess = _mm256_subs_epu16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
-  const __m256i notAbove = _mm256_cmpeq_epi16(excess, _mm256_setzero_si256());
-  return __builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(notAbove))) / 2;
+/// The differences of sixteen bytes each, which lie in -128..127.
+LANES_INLINE Lanes SmallDifferences(const uint8_t* a, const uint8_t* b) {
+  const __m128i difference = _mm_sub_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(a)),
+                                          _mm_loadu_si128(reinterpret_cast<const __m128i*>(b)));
+  return {_mm256_cvtepi8_epi16(difference)};
+}
+
+/// How many lanes are above the limit, both signed.
+LANES_INLINE int CountAbove(Lanes a, int limit) {
+  const __m256i above = _mm256_cmpgt_epi16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
+  return __builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above))) / 2;
 }
 
 LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
@@ -77,21 +74,36 @@ LANES_INLINE Lanes LargerLanes(Lanes a, Lanes b) {
 LANES_INLINE Lanes EveryLane(int value) {
   return {_mm256_set1_epi16(static_cast<short>(value))};
 }
-/// Unsigned lanes, those above 32767 lowered to it.
-LANES_INLINE Lanes AtMost32767(Lanes a) {
-  return {_mm256_min_epu16(a.v, _mm256_set1_epi16(0x7fff))};
+LANES_INLINE Lanes SmallerLanes(Lanes a, Lanes b) {
+  return {_mm256_min_epi16(a.v, b.v)};
 }
 LANES_INLINE int SmallestLane(Lanes a) {  ///< of lanes that are not negative
   const __m128i least = _mm_min_epi16(_mm256_castsi256_si128(a.v), _mm256_extracti128_si256(a.v, 1));
   return _mm_extract_epi16(_mm_minpos_epu16(least), 0);
 }
+LANES_INLINE int LargestLane(Lanes a) {
+  const __m128i most = _mm_max_epi16(_mm256_castsi256_si128(a.v), _mm256_extracti128_si256(a.v, 1));
+  return 0x7fff - _mm_extract_epi16(_mm_minpos_epu16(_mm_sub_epi16(_mm_set1_epi16(0x7fff), most)), 0);
+}
 
-/// Products of lanes, at most 32767 each, summed in pairs.
+/// Products of lanes summed in pairs.
 LANES_INLINE WideLanes MultiplyAdd(Lanes a, Lanes b) {
   return {_mm256_madd_epi16(a.v, b.v)};
 }
 LANES_INLINE WideLanes NoWideLanes() {
   return {_mm256_setzero_si256()};
+}
+LANES_INLINE WideLanes WidenLow(Lanes a) {  ///< the first eight lanes
+  return {_mm256_cvtepi16_epi32(_mm256_castsi256_si128(a.v))};
+}
+LANES_INLINE WideLanes WidenHigh(Lanes a) {
+  return {_mm256_cvtepi16_epi32(_mm256_extracti128_si256(a.v, 1))};
+}
+LANES_INLINE void StoreWideLanes(WideLanes a, int32_t* p) {
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v);
+}
+LANES_INLINE WideLanes operator-(WideLanes a, WideLanes b) {
+  return {_mm256_sub_epi32(a.v, b.v)};
 }
 LANES_INLINE WideLanes operator+(WideLanes a, WideLanes b) {
   return {_mm256_add_epi32(a.v, b.v)};
@@ -109,14 +121,11 @@ struct WideLanes {  ///< partial sums of 32 bits
   __m128i low, high;
 };
 
-LANES_INLINE Lanes NoLanes() {
-  return {_mm_setzero_si128(), _mm_setzero_si128()};
-}
-LANES_INLINE Lanes LoadLanes(const uint16_t* p) {
+LANES_INLINE Lanes LoadLanes(const int16_t* p) {
   const __m128i* const v = reinterpret_cast<const __m128i*>(p);
   return {_mm_loadu_si128(v), _mm_loadu_si128(v + 1)};
 }
-LANES_INLINE void StoreLanes(Lanes a, uint16_t* p) {
+LANES_INLINE void StoreLanes(Lanes a, int16_t* p) {
   __m128i* const v = reinterpret_cast<__m128i*>(p);
   _mm_storeu_si128(v, a.low), _mm_storeu_si128(v + 1, a.high);
 }
@@ -130,25 +139,24 @@ LANES_INLINE Lanes operator+(Lanes a, Lanes b) {
 LANES_INLINE Lanes operator-(Lanes a, Lanes b) {
   return {_mm_sub_epi16(a.low, b.low), _mm_sub_epi16(a.high, b.high)};
 }
-
-/// Lane i becomes the sum of lanes 0 .. i.
-LANES_INLINE Lanes RunningSums(Lanes a) {
-  const auto half = [](__m128i s) {
-    s = _mm_add_epi16(s, _mm_slli_si128(s, 2));
-    s = _mm_add_epi16(s, _mm_slli_si128(s, 4));
-    return _mm_add_epi16(s, _mm_slli_si128(s, 8));
-  };
-  const __m128i low = half(a.low);
-  const __m128i carry = _mm_set1_epi16(static_cast<short>(_mm_extract_epi16(low, 7)));
-  return {low, _mm_add_epi16(half(a.high), carry)};
+/// Unsigned: what a has above b, or 0.
+LANES_INLINE Lanes Excess(Lanes a, Lanes b) {
+  return {_mm_subs_epu16(a.low, b.low), _mm_subs_epu16(a.high, b.high)};
 }
 
-/// How many lanes, unsigned, are not above the limit, 0..65535.
-LANES_INLINE int CountNotAbove(Lanes a, int limit) {
-  const __m128i limits = _mm_set1_epi16(static_cast<short>(limit)), zero = _mm_setzero_si128();
-  const __m128i notAbove = _mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(a.low, limits), zero),
-                                           _mm_cmpeq_epi16(_mm_subs_epu16(a.high, limits), zero));
-  return __builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(notAbove)));
+/// The differences of sixteen bytes each, which lie in -128..127.
+LANES_INLINE Lanes SmallDifferences(const uint8_t* a, const uint8_t* b) {
+  const __m128i difference = _mm_sub_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(a)),
+                                          _mm_loadu_si128(reinterpret_cast<const __m128i*>(b)));
+  return {_mm_srai_epi16(_mm_unpacklo_epi8(difference, difference), 8),
+          _mm_srai_epi16(_mm_unpackhi_epi8(difference, difference), 8)};
+}
+
+/// How many lanes are above the limit, both signed.
+LANES_INLINE int CountAbove(Lanes a, int limit) {
+  const __m128i limits = _mm_set1_epi16(static_cast<short>(limit));
+  const __m128i above = _mm_packs_epi16(_mm_cmpgt_epi16(a.low, limits), _mm_cmpgt_epi16(a.high, limits));
+  return __builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(above)));
 }
 
 LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
@@ -172,10 +180,8 @@ LANES_INLINE Lanes EveryLane(int value) {
   const __m128i v = _mm_set1_epi16(static_cast<short>(value));
   return {v, v};
 }
-/// Unsigned lanes, those above 32767 lowered to it.
-LANES_INLINE Lanes AtMost32767(Lanes a) {
-  const __m128i most = _mm_set1_epi16(0x7fff);
-  return {_mm_sub_epi16(a.low, _mm_subs_epu16(a.low, most)), _mm_sub_epi16(a.high, _mm_subs_epu16(a.high, most))};
+LANES_INLINE Lanes SmallerLanes(Lanes a, Lanes b) {
+  return {_mm_min_epi16(a.low, b.low), _mm_min_epi16(a.high, b.high)};
 }
 LANES_INLINE int SmallestLane(Lanes a) {  ///< of lanes that are not negative
   __m128i least = _mm_min_epi16(a.low, a.high);
@@ -184,13 +190,36 @@ LANES_INLINE int SmallestLane(Lanes a) {  ///< of lanes that are not negative
   least = _mm_min_epi16(least, _mm_shufflelo_epi16(least, _MM_SHUFFLE(2, 3, 0, 1)));
   return _mm_cvtsi128_si32(least) & 0xffff;
 }
+LANES_INLINE int LargestLane(Lanes a) {
+  __m128i most = _mm_max_epi16(a.low, a.high);
+  most = _mm_max_epi16(most, _mm_shuffle_epi32(most, _MM_SHUFFLE(1, 0, 3, 2)));
+  most = _mm_max_epi16(most, _mm_shuffle_epi32(most, _MM_SHUFFLE(2, 3, 0, 1)));
+  most = _mm_max_epi16(most, _mm_shufflelo_epi16(most, _MM_SHUFFLE(2, 3, 0, 1)));
+  return static_cast<int16_t>(_mm_cvtsi128_si32(most));
+}
 
-/// Products of lanes, at most 32767 each, summed in pairs.
+/// Products of lanes summed in pairs.
 LANES_INLINE WideLanes MultiplyAdd(Lanes a, Lanes b) {
   return {_mm_madd_epi16(a.low, b.low), _mm_madd_epi16(a.high, b.high)};
 }
 LANES_INLINE WideLanes NoWideLanes() {
   return {_mm_setzero_si128(), _mm_setzero_si128()};
+}
+LANES_INLINE WideLanes WidenHalf(__m128i a) {
+  return {_mm_srai_epi32(_mm_unpacklo_epi16(a, a), 16), _mm_srai_epi32(_mm_unpackhi_epi16(a, a), 16)};
+}
+LANES_INLINE WideLanes WidenLow(Lanes a) {  ///< the first eight lanes
+  return WidenHalf(a.low);
+}
+LANES_INLINE WideLanes WidenHigh(Lanes a) {
+  return WidenHalf(a.high);
+}
+LANES_INLINE void StoreWideLanes(WideLanes a, int32_t* p) {
+  __m128i* const v = reinterpret_cast<__m128i*>(p);
+  _mm_storeu_si128(v, a.low), _mm_storeu_si128(v + 1, a.high);
+}
+LANES_INLINE WideLanes operator-(WideLanes a, WideLanes b) {
+  return {_mm_sub_epi32(a.low, b.low), _mm_sub_epi32(a.high, b.high)};
 }
 LANES_INLINE WideLanes operator+(WideLanes a, WideLanes b) {
   return {_mm_add_epi32(a.low, b.low), _mm_add_epi32(a.high, b.high)};
@@ -200,10 +229,6 @@ LANES_INLINE __m128i Halved(WideLanes a) {
 }
 
 #endif
-
-LANES_INLINE int LargestLane(Lanes a) {  ///< of lanes that are not negative
-  return 0x7fff - SmallestLane(EveryLane(0x7fff) - a);
-}
 
 LANES_INLINE int Total(WideLanes a) {
   __m128i s = Halved(a);

@@ -18,7 +18,7 @@ void MedianFromHistograms(WindowReach reach, const BytePlane& plane, BytePlane& 
   const int height = plane.rows(), width = plane.cols();
   const WindowKernels& kernels = ActiveKernels();
   Scratch<int> ranks(static_cast<std::size_t>(width));
-  ForStripRows(reach, plane, /*coarse=*/true, [&](int y, int x, const HistogramRow& row) {
+  ForStripRows(reach, plane, CountersKind::kBelow, [&](int y, int x, const HistogramRow& row) {
     const bool windowChanged = y <= reach.rows || y >= height - reach.rows;
     if (windowChanged)
       for (int i = x; i < x + row.width; ++i) ranks[i] = MedianRank(y, i, height, width, reach);
@@ -36,7 +36,7 @@ void MedianFromSlidingHistogram(WindowReach reach, const BytePlane& plane, ByteP
 void DeviationFromHistograms(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
   const WindowKernels& kernels = ActiveKernels();
   Scratch<int> sums(static_cast<std::size_t>(values.cols()));
-  ForStripRows(reach, values, /*coarse=*/false, [&](int y, int x, const HistogramRow& row) {
+  ForStripRows(reach, values, CountersKind::kBelowWithDistances, [&](int y, int x, const HistogramRow& row) {
     kernels.histogram.deviation(row, Row(medians, y) + x, sums.data());
     const int rows = ClippedExtent(y, reach.rows, values.rows());
     for (int i = 0; i < row.width; ++i) {
@@ -65,7 +65,7 @@ BytePlane MedianFilter(int radius, const BytePlane& plane) {
   assert(radius >= 0);
   BytePlane result(plane.rows(), plane.cols());
   const WindowReach reach = SquareReach(radius);
-  if (FitsColumnHistograms(reach, plane.rows(), plane.cols(), kMostRanked))
+  if (FitsColumnHistograms(reach, plane.rows(), plane.cols()))
     MedianFromHistograms(reach, plane, result);
   else
     MedianFromSlidingHistogram(reach, plane, result);

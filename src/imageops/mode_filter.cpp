@@ -33,8 +33,8 @@ void RangesOf(const unsigned char* centre, int limit, unsigned char* __restrict 
 BytePlane ModeBetween(int radius, const BytePlane& lowest, const BytePlane& highest, const BytePlane& values) {
   BytePlane result(values.rows(), values.cols());
   const WindowReach reach = SquareReach(radius);
-  if (FitsColumnHistograms(reach, values.rows(), values.cols(), kMostRanked))
-    ForStripRows(reach, values, /*coarse=*/false, [&](int y, int x, const HistogramRow& row) {
+  if (FitsColumnHistograms(reach, values.rows(), values.cols()))
+    ForStripRows(reach, values, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
       ActiveKernels().histogram.mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
     });
   else

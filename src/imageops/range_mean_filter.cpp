@@ -16,7 +16,7 @@ namespace {
 void RangeMeanFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                              BytePlane& result) {
   const WindowKernels& kernels = ActiveKernels();
-  ForStripRows(reach, values, /*coarse=*/false, [&](int y, int x, const HistogramRow& row) {
+  ForStripRows(reach, values, CountersKind::kBelowWithDistances, [&](int y, int x, const HistogramRow& row) {
     kernels.histogram.rangeMean(row, Row(centre, y) + x, limit, Row(result, y) + x);
   });
 }

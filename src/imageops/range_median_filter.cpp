@@ -15,7 +15,7 @@ namespace {
 void RangeMedianFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                                BytePlane& result) {
   const WindowKernels& kernels = ActiveKernels();
-  ForStripRows(reach, values, /*coarse=*/true, [&](int y, int x, const HistogramRow& row) {
+  ForStripRows(reach, values, CountersKind::kBelow, [&](int y, int x, const HistogramRow& row) {
     kernels.histogram.rangeMedian(row, Row(centre, y) + x, limit, Row(result, y) + x);
   });
 }
@@ -33,7 +33,7 @@ BytePlane RangeMedian(WindowReach reach, const BytePlane& centre, const BytePlan
   assert(reach.rows >= 0 && reach.columns >= 0 && limit >= 0 && SameSize(centre, values));
   BytePlane result(values.rows(), values.cols());
   const int range = std::min(limit, 255);
-  if (FitsColumnHistograms(reach, values.rows(), values.cols(), kMostRanked))
+  if (FitsColumnHistograms(reach, values.rows(), values.cols()))
     RangeMedianFromHistograms(reach, centre, values, range, result);
   else
     RangeMedianFromSlidingHistogram(reach, centre, values, range, result);

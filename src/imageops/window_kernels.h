@@ -8,28 +8,45 @@
 
 namespace quentara {
 
-/// The column histograms behind one row of a strip of pixels. The 256 values fall into 16 segments of 16.
-struct HistogramRow {
-  const uint8_t* fine;  ///< fine[segment * pitch + 16 * column + value % 16]: how often the value occurs in the column
-  const uint8_t* coarse;  ///< coarse[16 * column + segment]: how many samples of the column fall into the segment
-  size_t pitch;           ///< bytes from one segment to the next
-  int side;               ///< the window of pixel x is columns x .. x + side - 1
-  int width;              ///< pixels in the row; width + side columns are there to be read
-  bool largeWindows;      ///< a window may hold more than 32767 samples
+/// What the counters of a column say; the 256 values fall into 16 segments of 16.
+enum class CountersKind { kEach, kBelow, kBelowWithDistances };
+
+/// Histograms of neighbouring columns. Those below are as in `kBelow`; in `kEach` only `fine` is kept, and it holds how
+/// often each value occurs. A column has at most 255 samples.
+struct ColumnCounters {
+  uint8_t* fine;        ///< fine[segment * pitch + 16 * column + lane]: samples of the segment below its value `lane`
+  uint8_t* coarse;      ///< coarse[16 * column + segment]: samples in segments 0 .. segment
+  uint16_t* distances;  ///< distances[16 * column + segment]: the sum of end - v over the samples v < end, where end =
+                        ///< 16 * (segment + 1); in `kBelowWithDistances` only
+  size_t pitch;         ///< bytes from one segment to the next
 };
 
-/// Read-outs of all windows of a row, each of at most 32767 samples; `rank`, `rangeMedian` and `mode` take up to 65534.
+/// The windows of one row of pixels, each of at most 65535 samples.
+struct HistogramRow {
+  ColumnCounters columns;
+  int side;          ///< the window of pixel x is columns x .. x + side - 1
+  int width;         ///< pixels in the row; width + side columns are there to be read
+  bool tallColumns;  ///< a column may have more than 127 samples
+};
+
+/// The upkeep of column histograms.
+struct ColumnKernels {
+  /// By kind: takes a row of samples into the counters of as many columns and another one out; one may be nullptr.
+  void (*moveRow[3])(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count);
+};
+
+/// Read-outs of all windows of a row.
 struct HistogramKernels {
   /// out[x] = the value of rank ranks[x], counted from 0.
   void (*rank)(const HistogramRow& row, const int* ranks, uint8_t* out);
   /// out[x] = the lower median of the values within limit of centre[x].
   void (*rangeMedian)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
-  /// out[x] = the mean of the values within limit of centre[x].
+  /// out[x] = the mean of the values within limit of centre[x]. With distances.
   void (*rangeMean)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
-  /// out[x] = the sum of |v - medians[x]| over the values v.
+  /// out[x] = the sum of |v - medians[x]| over the values v. With distances.
   void (*deviation)(const HistogramRow& row, const uint8_t* medians, int* sums);
   /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest; at least
-  /// one of them occurs.
+  /// one of them occurs. Of counters `kEach`.
   void (*mode)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
 };
 
@@ -67,6 +84,7 @@ struct DirectKernels {
 
 struct WindowKernels {
   const char* name;
+  const ColumnKernels& columns;
   const HistogramKernels& histogram;
   const DirectKernels& direct;
 };

@@ -3,11 +3,13 @@
 namespace quentara {
 
 namespace baseline {
+extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels;
 extern const DirectKernels kDirectKernels;
 }  // namespace baseline
 
 namespace avx2 {
+extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels;
 extern const DirectKernels kDirectKernels;
 }  // namespace avx2
@@ -19,8 +21,9 @@ thread_local const WindowKernels* chosen = nullptr;
 }  // namespace
 
 const std::vector<const WindowKernels*>& RunnableKernels() {
-  static const WindowKernels plain = {"baseline", baseline::kHistogramKernels, baseline::kDirectKernels};
-  static const WindowKernels wide = {"avx2", avx2::kHistogramKernels, avx2::kDirectKernels};
+  static const WindowKernels plain = {"baseline", baseline::kColumnKernels, baseline::kHistogramKernels,
+                                      baseline::kDirectKernels};
+  static const WindowKernels wide = {"avx2", avx2::kColumnKernels, avx2::kHistogramKernels, avx2::kDirectKernels};
   static const std::vector<const WindowKernels*> runnable = [] {
     std::vector<const WindowKernels*> sets = {&plain};
     __builtin_cpu_init();

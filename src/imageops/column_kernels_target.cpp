@@ -1,0 +1,87 @@
+// Built once per instruction set; the build sets KERNEL_TARGET and the flags.
+//
+// The upkeep of column histograms: a sample changes one vector of counters in each level.
+#include "imageops/lanes.h"
+#include "imageops/window_kernels.h"
+
+namespace quentara::KERNEL_TARGET {
+namespace {
+
+// The lanes of kLanesFrom + 16 - lane that are not below `lane` are 1.
+alignas(64) constexpr uint8_t kLanesFrom[33] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                                                1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+
+LANES_INLINE __m128i Load(const uint8_t* p) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+}
+LANES_INLINE void Store(__m128i v, uint8_t* p) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
+}
+
+// Counters are bytes, which may alias anything: only locals stay in registers.
+template <bool enters, bool leaves>
+LANES_INLINE void CountEach(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
+  uint8_t* fine = columns.fine;
+  const size_t pitch = columns.pitch;
+  for (int i = 0; i < count; ++i, fine += 16) {
+    if (enters) ++fine[entering[i] / 16 * pitch + entering[i] % 16];
+    if (leaves) --fine[leaving[i] / 16 * pitch + leaving[i] % 16];
+  }
+}
+
+template <bool enters, bool leaves, bool distances>
+LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving,
+                             int count) {
+  uint8_t *fine = columns.fine, *coarse = columns.coarse;
+  int16_t* distance = reinterpret_cast<int16_t*>(columns.distances);
+  const size_t pitch = columns.pitch;
+  int16_t ends[16];
+  for (int s = 0; s < 16; ++s) ends[s] = static_cast<int16_t>(16 * (s + 1));
+  const Lanes segmentEnds = LoadLanes(ends);
+  for (int i = 0; i < count; ++i, fine += 16, coarse += 16) {
+    __m128i inSegments = Load(coarse);
+    Lanes far = EveryLane(0);
+    if (enters) {
+      const unsigned value = entering[i];
+      uint8_t* const counters = fine + value / 16 * pitch;
+      Store(_mm_add_epi8(Load(counters), Load(kLanesFrom + 15 - value % 16)), counters);
+      inSegments = _mm_add_epi8(inSegments, Load(kLanesFrom + 16 - value / 16));
+      if (distances) far = far + Excess(segmentEnds, EveryLane(static_cast<int>(value)));
+    }
+    if (leaves) {
+      const unsigned value = leaving[i];
+      uint8_t* const counters = fine + value / 16 * pitch;
+      Store(_mm_sub_epi8(Load(counters), Load(kLanesFrom + 15 - value % 16)), counters);
+      inSegments = _mm_sub_epi8(inSegments, Load(kLanesFrom + 16 - value / 16));
+      if (distances) far = far - Excess(segmentEnds, EveryLane(static_cast<int>(value)));
+    }
+    Store(inSegments, coarse);
+    if (distances) StoreLanes(LoadLanes(distance + 16 * i) + far, distance + 16 * i);
+  }
+}
+
+void MoveEach(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
+  if (leaving == nullptr)
+    CountEach<true, false>(columns, entering, leaving, count);
+  else if (entering == nullptr)
+    CountEach<false, true>(columns, entering, leaving, count);
+  else
+    CountEach<true, true>(columns, entering, leaving, count);
+}
+
+template <bool distances>
+void MoveBelow(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
+  if (leaving == nullptr)
+    CountBelow<true, false, distances>(columns, entering, leaving, count);
+  else if (entering == nullptr)
+    CountBelow<false, true, distances>(columns, entering, leaving, count);
+  else
+    CountBelow<true, true, distances>(columns, entering, leaving, count);
+}
+
+}  // namespace
+
+extern const ColumnKernels kColumnKernels;
+const ColumnKernels kColumnKernels = {{MoveEach, MoveBelow<false>, MoveBelow<true>}};
+
+}  // namespace quentara::KERNEL_TARGET
