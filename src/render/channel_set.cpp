@@ -84,8 +84,9 @@ void MixImages(const ChannelSet& base, ChannelSet& image, float weight) {
   const float rest = 1.0f - weight;
   for (int i = 0; i < static_cast<int>(image.channelCount()); ++i) {
     const unsigned char* const under = base.planes(i).data();
+    const auto mix = [=](unsigned char over, unsigned char sample) { return ToByte(weight * over + rest * sample); };
     unsigned char* const over = image.planes(i).data();
-    for (std::uint32_t p = 0; p < image.pixelCount(); ++p) over[p] = ToByte(weight * over[p] + rest * under[p]);
+    std::transform(over, over + image.pixelCount(), under, over, mix);
   }
 }
 
