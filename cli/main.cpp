@@ -48,6 +48,7 @@ int Run(int argc, char** argv) {
   program.get_formatter()->column_width(34);
   AddRenderCommand(program);
   AddSheetCommand(program);
+  AddPresetsCommand(program);
   AddParamsCommand(program);
   program.footer(
       "\"quentara COMMAND --help\" tells more. Exit status: 0 done, 2 usage, 3 input, 4 output, 5 the effect "

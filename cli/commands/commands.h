@@ -11,6 +11,9 @@ void AddRenderCommand(CLI::App& program);
 /// `sheet`: a contact sheet of what the effect makes of a frame.
 void AddSheetCommand(CLI::App& program);
 
+/// `presets`: the presets that come with the program.
+void AddPresetsCommand(CLI::App& program);
+
 /// `params`: the effect's parameters and their values.
 void AddParamsCommand(CLI::App& program);
 

@@ -8,6 +8,8 @@
 #include "errors.h"
 #include "interruption.h"
 #include "parameters/text.h"
+#include "presets/preset.h"
+#include "presets/shipped_presets.h"
 
 namespace quentara::cli {
 namespace {
@@ -24,6 +26,13 @@ std::optional<std::pair<int, int>> SplitIntegers(const std::string& text, char s
 }  // namespace
 
 void EffectOptions::AddTo(CLI::App& command) {
+  command
+      .add_option(
+          "--preset", presets,
+          "Set the parameters of a preset, before any --set: a\nfile, or a name that \"quentara presets\" lists. "
+          "May be\nrepeated")
+      ->type_name("FILE.json|NAME")
+      ->allow_extra_args(false);
   command
       .add_option(
           "--set", assignments,
@@ -52,8 +61,19 @@ std::unique_ptr<Effect> EffectOptions::LoadEffect() const {
 
 ParameterValues EffectOptions::Values(const ParameterTable& table) const {
   ParameterValues values = table.Defaults();
+  for (const std::string& preset : presets) Preset(PresetFile(preset)).ApplyTo(values, table);
   for (const std::string& assignment : assignments) table.Assign(assignment, values);
   return values;
+}
+
+void PresetSaving::AddTo(CLI::App& command) {
+  command.add_option("--save-preset", path, "Keep the parameters that differ from their defaults\nas a preset")
+      ->type_name("FILE.json");
+}
+
+void PresetSaving::Save(const Effect& effect, const ParameterValues& values, bool overwrite) const {
+  if (path.empty()) return;
+  SavePreset(path, PresetText(effect.Parameters(), values, effect.Version()), overwrite);
 }
 
 RunOptions::RunOptions() : threads(static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1u, 256u))) {}

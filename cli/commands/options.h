@@ -15,6 +15,7 @@ namespace quentara::cli {
 struct EffectOptions {
   std::string effectPath;
   std::string hostVersion;
+  std::vector<std::string> presets;
   std::vector<std::string> assignments;
 
   void AddTo(CLI::App& command);
@@ -22,8 +23,18 @@ struct EffectOptions {
   /// Loads the effect. @throws UsageError, EffectError
   std::unique_ptr<Effect> LoadEffect() const;
 
-  /// The effect's defaults with all --set carried out in turn. @throws UsageError
+  /// The effect's defaults with all --preset and then all --set carried out in turn. @throws UsageError
   ParameterValues Values(const ParameterTable& table) const;
+};
+
+/// Keeping the parameters as a preset.
+struct PresetSaving {
+  std::string path;
+
+  void AddTo(CLI::App& command);
+
+  /// Writes the preset if one is asked for. @throws media::OutputError
+  void Save(const Effect& effect, const ParameterValues& values, bool overwrite) const;
 };
 
 /// How a command that renders goes about it.

@@ -1,22 +1,19 @@
 #include <algorithm>
 #include <cstdio>
-#include <nlohmann/json.hpp>
 
 #include "commands/commands.h"
 #include "commands/options.h"
-#include "parameters/text.h"
+#include "presets/json_value.h"
 
 namespace quentara::cli {
 namespace {
 
 struct ParamsOptions {
   EffectOptions effect;
+  PresetSaving preset;
+  bool overwrite = false;
   bool json = false;
 };
-
-bool IsRanged(const Parameter& row) {
-  return row.kind == ParameterKind::Slider || row.kind == ParameterKind::Fixed || row.kind == ParameterKind::Percent;
-}
 
 std::string ShownValue(const Parameter& row, const Value& value) {
   return FormatValue(row, value) + (row.kind == ParameterKind::Percent ? "%" : "");
@@ -27,37 +24,26 @@ std::string ShownRange(const Parameter& row, const Interval& range) {
 }
 
 std::string ShownDomain(const Parameter& row) {
-  if (!IsRanged(row)) return row.kind == ParameterKind::Colour ? "#rrggbb" : DescribeDomain(row);
+  if (!row.IsRanged()) return row.kind == ParameterKind::Colour ? "#rrggbb" : DescribeDomain(row);
   const std::string valid = ShownRange(row, row.valid);
   const std::string slider = ShownRange(row, row.slider);
   return valid == slider ? valid : valid + " (slider " + slider + ")";
 }
 
-nlohmann::ordered_json JsonNumber(double number) {
-  if (number == static_cast<double>(static_cast<long long>(number))) return static_cast<long long>(number);
-  return number;
-}
-
-nlohmann::ordered_json JsonValue(const Parameter& row, const Value& value) {
-  if (row.kind == ParameterKind::CheckBox) return value.number != 0;
-  if (IsRanged(row)) return JsonNumber(*ToNumber(FormatValue(row, value)));
-  return FormatValue(row, value);
-}
-
-nlohmann::ordered_json JsonRange(const Interval& range) {
+Json JsonRange(const Interval& range) {
   return {JsonNumber(range.low), JsonNumber(range.high)};
 }
 
-nlohmann::ordered_json JsonRow(const Parameter& row, const Value& value, bool greyed) {
-  nlohmann::ordered_json json = {{"index", row.index}, {"id", row.id}};
-  json["group"] = row.group.empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(row.group);
+Json JsonRow(const Parameter& row, const Value& value, bool greyed) {
+  Json json = {{"index", row.index}, {"id", row.id}};
+  json["group"] = row.group.empty() ? Json() : Json(row.group);
   json["name"] = row.name;
   json["kind"] = KindName(row.kind);
   if (row.HasValue()) {
-    json["value"] = JsonValue(row, value);
-    json["default"] = JsonValue(row, row.standard);
+    json["value"] = ToJson(row, value);
+    json["default"] = ToJson(row, row.standard);
   }
-  if (IsRanged(row)) {
+  if (row.IsRanged()) {
     json["valid"] = JsonRange(row.valid);
     json["slider"] = JsonRange(row.slider);
   }
@@ -67,7 +53,7 @@ nlohmann::ordered_json JsonRow(const Parameter& row, const Value& value, bool gr
 }
 
 void PrintJson(const std::vector<Parameter>& rows, const ParameterValues& values, const std::vector<bool>& greyed) {
-  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  Json list = Json::array();
   for (std::size_t i = 0; i < rows.size(); ++i) list.push_back(JsonRow(rows[i], values[i], greyed[i]));
   std::puts(list.dump(2).c_str());
 }
@@ -92,6 +78,7 @@ void PrintTable(const std::vector<Parameter>& rows, const ParameterValues& value
 void Run(const ParamsOptions& options) {
   const std::unique_ptr<Effect> effect = options.effect.LoadEffect();
   const ParameterValues values = options.effect.Values(effect->Parameters());
+  options.preset.Save(*effect, values, options.overwrite);
   const std::vector<bool> greyed = effect->GreyedRows(values);
   (options.json ? PrintJson : PrintTable)(effect->Parameters().Rows(), values, greyed);
 }
@@ -104,6 +91,8 @@ void AddParamsCommand(CLI::App& program) {
       "A star marks a value that differs from the default. A greyed parameter changes nothing as things are set.");
   const auto options = std::make_shared<ParamsOptions>();
   options->effect.AddTo(*command);
+  options->preset.AddTo(*command);
+  command->add_flag("-y,--overwrite", options->overwrite, "Replace a preset that exists");
   command->add_flag("--json", options->json, "Print everything as JSON");
   command->callback([options] { Run(*options); });
 }

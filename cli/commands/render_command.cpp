@@ -20,6 +20,7 @@ namespace {
 struct RenderOptions {
   EffectOptions effect;
   RunOptions run;
+  PresetSaving preset;
   std::string input;
   std::string output;
   std::string frames;
@@ -85,6 +86,7 @@ void Run(const RenderOptions& options) {
 
   ProgressReport progress(input->Info().frameCount, options.run.quiet);
   for (const std::string& warning : input->Warnings()) progress.Note(warning);
+  options.preset.Save(*effect, values, options.run.overwrite);
   EffectInstance instance(*effect, options.run.threads, WatchWith(progress), downsampling);
   RenderFrames(options, instance, values, *input, *output, progress);
 }
@@ -103,6 +105,7 @@ void AddRenderCommand(CLI::App& program) {
   add("-o,--output", options->output, "Where to; the extension says what is written", "OUTPUT")->required();
   options->run.AddTo(*command);
   options->effect.AddTo(*command);
+  options->preset.AddTo(*command);
   add("--frames", options->frames, "Only these frames: 1-100, 1-100x2 (every second)\nor 1,5,20-30", "RANGE");
   CLI::Option* preview =
       add("--preview", options->preview, "Reduce the frames to this fraction, such as 1/2;\nradii follow", "N/D");

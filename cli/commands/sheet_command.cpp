@@ -12,6 +12,7 @@
 #include "media/output.h"
 #include "media/still.h"
 #include "parameters/text.h"
+#include "presets/shipped_presets.h"
 #include "scaling.h"
 #include "sheet/sheet.h"
 #include "sheet/tiles.h"
@@ -28,7 +29,19 @@ struct SheetOptions {
   std::optional<std::int64_t> frame;
   int tileWidth = 480;
   std::optional<int> columns;
+  bool presets = false;
 };
+
+std::vector<TileSection> TilesFor(const SheetOptions& options, const ParameterTable& table) {
+  if (!options.presets) return ListTiles(table, options.effect.Values(table));
+  TileSection section{"Presets", {}};
+  for (const ShippedPreset& preset : ListShippedPresets()) {
+    EffectOptions effect = options.effect;
+    effect.presets.push_back(preset.path);
+    section.tiles.push_back({preset.name, effect.Values(table)});
+  }
+  return {section};
+}
 
 std::size_t CountTiles(const std::vector<TileSection>& sections) {
   std::size_t count = 0;
@@ -115,8 +128,7 @@ void Run(const SheetOptions& options) {
   if (!media::StillFormatForName(options.output))
     throw media::OutputError(options.output + ": a contact sheet is a picture (.png .jpg .tif .ppm)");
   const std::unique_ptr<Effect> effect = options.effect.LoadEffect();
-  const ParameterValues values = options.effect.Values(effect->Parameters());
-  const std::vector<TileSection> tiles = ListTiles(effect->Parameters(), values);
+  const std::vector<TileSection> tiles = TilesFor(options, effect->Parameters());
   if (tiles.empty()) throw EffectError("the effect has no paint style, outline or pattern to show");
 
   const std::unique_ptr<media::Input> input = OpenSingleFrame(options.input, options.frame);
@@ -162,6 +174,7 @@ void AddSheetCommand(CLI::App& program) {
   command->add_option("--columns", options->columns, "Tiles in a row [as many as suit a screen]")
       ->type_name("N")
       ->check(CLI::Range(1, 1000));
+  command->add_flag("--presets", options->presets, "Show the presets that come with the program instead");
   command->footer(
       "The styles are shown without outlines and patterns, and each outline and pattern alone over the style set by\n"
       "--set \"Roto=...\". Any other --set holds for all tiles. The frame is reduced before it is painted and radii\n"

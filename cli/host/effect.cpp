@@ -19,6 +19,12 @@ A_long Saturated(std::int64_t number) {
   return static_cast<A_long>(std::min<std::int64_t>(number, std::numeric_limits<A_long>::max()));
 }
 
+/// Reads what PF_VERSION packs.
+std::string VersionText(A_u_long packed) {
+  return std::to_string(packed >> 19 & 127) + "." + std::to_string(packed >> 15 & 15) + "." +
+         std::to_string(packed >> 11 & 15);
+}
+
 /// Sends a command on the way out, where an error has nobody left to hear it.
 void SendLast(HostContext& context, EffectEntry entry, PF_Cmd command) noexcept {
   try {
@@ -36,7 +42,7 @@ Effect::Effect(const std::string& libraryPath, const HostIdentity& identity)
       table_(DefineParameters()) {}
 
 ParameterTable Effect::DefineParameters() {
-  context_.Send(library_.Entry(), PF_Cmd_GLOBAL_SETUP);
+  version_ = VersionText(context_.Send(library_.Entry(), PF_Cmd_GLOBAL_SETUP).my_version);
   try {
     context_.definitions = &definitions_;
     const PF_OutData out = context_.Send(library_.Entry(), PF_Cmd_PARAMS_SETUP);

@@ -26,6 +26,9 @@ class Effect {
   /// What the effect says about itself, on one line.
   std::string About();
 
+  /// As the effect numbers itself, such as "2.1.7".
+  const std::string& Version() const { return version_; }
+
   /// For each row of the table, whether the effect greys it out under these values.
   std::vector<bool> GreyedRows(const ParameterValues& values);
 
@@ -37,6 +40,7 @@ class Effect {
   HostIdentity identity_;
   EffectLibrary library_;
   std::string note_;
+  std::string version_;
   HostContext context_;
   std::vector<ParameterDefinition> definitions_;
   ParameterTable table_;

@@ -5,13 +5,14 @@
 #include <filesystem>
 
 #include "errors.h"
+#include "program_folder.h"
 
 namespace quentara::cli {
 
 namespace fs = std::filesystem;
 
 std::string DefaultEffectPath() {
-  const fs::path programs = fs::read_symlink("/proc/self/exe").parent_path();
+  const fs::path programs = ProgramFolder();
   const fs::path beside = programs / "Quentara.so";
   const fs::path installed = programs.parent_path() / "lib" / "quentara" / "Quentara.so";
   for (const fs::path& path : {beside, installed})

@@ -124,9 +124,12 @@ double ToFixedPoint(double number) {
 Value ParseValue(const Parameter& parameter, std::string_view text) {
   const std::string_view trimmed = Trimmed(text);
   if (const std::optional<Value> value = Read(parameter, trimmed)) return *value;
+  throw UsageError(RefusalOf(parameter, "\"" + std::string(trimmed) + "\""));
+}
+
+std::string RefusalOf(const Parameter& parameter, const std::string& written) {
   const char* verb = parameter.kind == ParameterKind::Popup ? "\" is one of " : "\" takes ";
-  throw UsageError("\"" + parameter.Path() + verb + DescribeDomain(parameter) + ", not \"" + std::string(trimmed) +
-                   "\"");
+  return "\"" + parameter.Path() + verb + DescribeDomain(parameter) + ", not " + written;
 }
 
 std::string FormatValue(const Parameter& parameter, const Value& value) {

@@ -42,6 +42,10 @@ struct Parameter {
   std::vector<std::string> choices;  ///< of a popup
 
   bool HasValue() const { return kind != ParameterKind::GroupStart && kind != ParameterKind::GroupEnd; }
+  /// Whether `valid` and `slider` bound its values.
+  bool IsRanged() const {
+    return kind == ParameterKind::Slider || kind == ParameterKind::Fixed || kind == ParameterKind::Percent;
+  }
   /// "Group/Name", or the name alone outside of any group.
   std::string Path() const { return group.empty() ? name : group + "/" + name; }
 };
@@ -56,6 +60,9 @@ Value ParseValue(const Parameter& parameter, std::string_view text);
 
 /// The shortest text that ParseValue reads back as `value`; a percent without its sign.
 std::string FormatValue(const Parameter& parameter, const Value& value);
+
+/// Says that the parameter does not take what is written, and what it takes.
+std::string RefusalOf(const Parameter& parameter, const std::string& written);
 
 /// What the parameter takes: "0 to 100", "Fast, High", "on or off", "#rrggbb or r,g,b".
 std::string DescribeDomain(const Parameter& parameter);

@@ -10,6 +10,7 @@
 #include "media/frame.h"
 #include "media/input.h"
 #include "media/output.h"
+#include "media/still.h"
 
 namespace quentara::media {
 
@@ -33,6 +34,10 @@ inline std::vector<std::uint8_t> ReadFile(const std::string& path) {
 
 inline void WriteFile(const std::string& path, const std::vector<std::uint8_t>& content) {
   std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(content.data()), content.size());
+}
+
+inline void WritePng(const std::string& path, const Frame& frame) {
+  WriteFile(path, EncodeStill(StillFormat::Png, ToStill(frame, StillFormat::Png)));
 }
 
 /// What OpenInput(...), Next or the like complained about.

@@ -1,7 +1,7 @@
 #include "cli/program.h"
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -13,14 +13,21 @@
 #include <thread>
 
 namespace quentara {
-namespace {
 
 std::string ReadText(const std::string& path) {
   std::ifstream file(path);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-}  // namespace
+void WriteText(const std::string& path, const std::string& text) {
+  std::ofstream(path) << text;
+}
+
+void ExpectOneLine(const std::string& text, const std::string& pattern) {
+  EXPECT_THAT(text, testing::ContainsRegex(pattern));
+  EXPECT_THAT(text, testing::StartsWith("quentara: "));
+  EXPECT_EQ(text.size() - 1, text.find('\n')) << text;
+}
 
 Program::Program(std::vector<std::string> arguments) {
   arguments.insert(arguments.begin(), QUENTARA_PROGRAM);

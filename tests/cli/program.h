@@ -10,6 +10,19 @@
 
 namespace quentara {
 
+using Arguments = std::vector<std::string>;
+
+inline Arguments operator+(Arguments a, const Arguments& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+std::string ReadText(const std::string& path);
+void WriteText(const std::string& path, const std::string& text);
+
+/// Expects one line of the program's that the regular expression is found in.
+void ExpectOneLine(const std::string& text, const std::string& pattern);
+
 struct Outcome {
   int status;  ///< the exit status, or minus the signal that ended the program
   std::string out;

@@ -18,14 +18,6 @@ namespace {
 using media::Frame;
 using testing::ContainsRegex;
 using testing::ElementsAre;
-using testing::StartsWith;
-
-using Arguments = std::vector<std::string>;
-
-Arguments operator+(Arguments a, const Arguments& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
 
 const Arguments kNothing = {"--set", "Roto=No Roto", "--set", "Main Blur/Type=None", "--set", "Comic Outlines=off"};
 
@@ -33,23 +25,13 @@ Arguments WithFake(const std::string& mode) {
   return {"--effect", FAKE_EFFECT, "--set", "Mode=" + mode};
 }
 
-void WritePng(const std::string& path, const Frame& frame) {
-  media::WriteFile(path, EncodeStill(media::StillFormat::Png, ToStill(frame, media::StillFormat::Png)));
-}
-
 void WriteRandomPng(const std::string& path, unsigned seed = 1, bool deep = false) {
   std::mt19937 rng(seed);
-  WritePng(path, media::RandomFrame(23, 17, deep, false, rng));
+  media::WritePng(path, media::RandomFrame(23, 17, deep, false, rng));
 }
 
 Frame ReadPicture(const std::string& path) {
   return *media::OpenInput(path)->Next();
-}
-
-void ExpectOneLine(const std::string& text, const std::string& pattern) {
-  EXPECT_THAT(text, ContainsRegex(pattern));
-  EXPECT_THAT(text, StartsWith("quentara: "));
-  EXPECT_EQ(text.size() - 1, text.find('\n')) << text;
 }
 
 TEST(Render, WithEverythingOffEqualsItsInputInEightBits) {
@@ -162,7 +144,7 @@ TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
   const std::uint8_t samples[2][16] = {{255, 10, 20, 30, 255, 10, 20, 30, 255, 0, 0, 250, 0, 250, 0, 0},
                                        {255, 30, 40, 50, 255, 30, 40, 50, 255, 0, 0, 250, 0, 250, 0, 0}};
   for (int y = 0; y < 4; ++y) std::copy(std::begin(samples[y % 2]), std::end(samples[y % 2]), frame.Bytes(y));
-  WritePng(folder / "in.png", frame);
+  media::WritePng(folder / "in.png", frame);
   const Outcome outcome =
       RunProgram(Arguments{"render", folder / "in.png", "-o", folder / "out.png", "--preview", "1/2"} + kNothing);
   ASSERT_EQ(0, outcome.status) << outcome.err;

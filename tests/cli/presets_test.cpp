@@ -1,0 +1,142 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
+
+#include "cli/media_support.h"
+#include "cli/program.h"
+
+namespace quentara {
+namespace {
+
+using nlohmann::json;
+using testing::ElementsAre;
+
+json ParamsOf(const Arguments& options) {
+  const Outcome outcome = RunProgram(Arguments{"params", "--json"} + options);
+  EXPECT_EQ("", outcome.err);
+  return json::parse(outcome.out);
+}
+
+/// A value that the parameter takes and that is not its default.
+json OtherValue(const json& row) {
+  if (row["kind"] == "popup") return row["choices"][row["value"] == row["choices"][0] ? 1 : 0];
+  if (row["kind"] == "check box") return !row["value"];
+  if (row["kind"] == "colour") return "#12ab9f";
+  return row["kind"] == "slider" ? row["valid"][row["value"] == row["valid"][0] ? 1 : 0] : json(1.25);
+}
+
+TEST(Preset, KeepsEveryParameterOnHostsWithAndWithoutGroups) {
+  for (const char* version : {"13.27", "12.11"}) {
+    const TemporaryFolder folder;
+    const Arguments host = {"--host-version", version};
+    Arguments changes;
+    json expected = ParamsOf(host);
+    for (json& row : expected)
+      if (row.contains("value")) {
+        row["value"] = OtherValue(row);
+        const json& value = row["value"];
+        changes = changes + Arguments{"--set", to_string(row["id"]) + "=" +
+                                                   (value.is_string() ? value.get<std::string>() : value.dump())};
+      }
+    const std::string file = folder / "all.json";
+    ParamsOf(host + changes + Arguments{"--save-preset", file});
+    const json read = ParamsOf(host + Arguments{"--preset", file});
+    for (std::size_t i = 0; i < expected.size(); ++i)
+      EXPECT_EQ(expected[i].value("value", json()), read.at(i).value("value", json())) << expected[i];
+    EXPECT_EQ("2.1.7", json::parse(ReadText(file))["effect version"]);
+  }
+}
+
+TEST(Preset, HoldsWhatDiffersAndLaterOnesAndSetWin) {
+  const TemporaryFolder folder;
+  WriteText(folder / "a.json", R"({"parameters": {"Roto": "gouache", "Flat Shaded": {"Flatness": 20, "Quality": "Fast"},
+                                                  "Comic Outlines": {"Comic Outlines": "off", "Strength": 10}}})");
+  WriteText(folder / "b.json", R"({"parameters": {"Flat Shaded/Flatness": 30.0, "Comic Outlines/Strength": 12.5}})");
+  const Arguments options = {"--set",    "Flat Shaded/Quality=High", "--preset",      folder / "a.json",
+                             "--preset", folder / "b.json",          "--save-preset", folder / "saved.json"};
+  ParamsOf(options);
+  EXPECT_EQ(json::parse(R"({"Roto": "Gouache", "Flat Shaded": {"Flatness": 30},
+                            "Comic Outlines": {"Comic Outlines": false, "Strength": 12.5}})"),
+            json::parse(ReadText(folder / "saved.json"))["parameters"]);
+
+  const Outcome again = RunProgram(Arguments{"params"} + options);
+  EXPECT_EQ(4, again.status);
+  ExpectOneLine(again.err, "saved.json: exists already");
+  ParamsOf({"-y", "--save-preset", folder / "saved.json"});
+  EXPECT_EQ(json::object(), json::parse(ReadText(folder / "saved.json"))["parameters"]);
+  EXPECT_THAT(folder.Names(), ElementsAre("a.json", "b.json", "saved.json"));
+}
+
+TEST(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
+  const TemporaryFolder folder;
+  const std::pair<const char*, const char*> cases[] = {
+      {R"({"parameters": {"Flat Shaded": {"Flatnes": 3}}})", "no parameter \"Flat Shaded/Flatnes\"; did you mean"},
+      {R"({"parameters": {"Rotto": "Gouache"}})", "no parameter \"Rotto\""},
+      {R"({"parameters": {"Flat Shaded": {"Flatness": 101}}})", "\"Flat Shaded/Flatness\" .* 0 to 100, not \"101\""},
+      {R"({"parameters": {"Flat Shaded": {"Flatness": 1.5}}})", "\"Flat Shaded/Flatness\" .*not \"1.5\""},
+      {R"({"parameters": {"Flat Shaded": {"Flatness": 1e300}}})", "\"Flat Shaded/Flatness\" .*not \"1e\\+300\""},
+      {R"({"parameters": {"Flat Shaded": {"Flatness": "14"}}})", "\"Flat Shaded/Flatness\" .*not \"14\""},
+      {R"({"parameters": {"Flat Shaded": {"Flatness": {"a": 1}}}})", "\"Flat Shaded/Flatness\" .*not \\{\"a\":1\\}"},
+      {R"({"parameters": {"Flat Shaded": 3}})", "no parameter \"Flat Shaded\""},
+      {R"({"parameters": {"Roto": 2}})", "\"Roto\" is one of .*, not 2"},
+      {R"({"parameters": {"Roto": "Oil"}})", "\"Roto\" is one of .*, not \"Oil\""},
+      {R"({"parameters": {"Comic Outlines": {"Comic Outlines": 1}}})", "takes on or off, not 1"},
+      {R"({"parameters": {"Outline Color": "red"}})", "\"Color Effects/Outline Color\" takes a colour"},
+      {R"({"parameters": {"Outline Color": [1, 2, 3]}})", "\"Color Effects/Outline Color\" takes a colour"},
+      {R"({"parameters": {"Roto": "Gouache", "Roto": "Bristle"}})", "has \"Roto\" twice"},
+      {R"({"parameters": {"Flatness": 1, "Flat Shaded/Flatness": 2}})", "could be"},
+      {R"({"parameters": {"7": 1, "Flat Shaded": {"Flatness": 2}}})", "has \"Flat Shaded/Flatness\" twice"},
+      {R"({"parameter": {}})", "has no \"parameter\", only"},
+      {R"({"description": 3, "parameters": {}})", "\"description\" must be a text"},
+      {R"({"parameters": []})", "an object \"parameters\""},
+      {R"({"parameters": {"Blend With Original": 1e999}})", "beyond all bounds"},
+      {"[]", "not a JSON object"},
+      {"", "broken JSON at line 1"},
+      {"{\n\"parameters\": {\n\"Roto\" \"Gouache\"}}", "broken JSON at line 3"},
+  };
+  for (const auto& [text, message] : cases) {
+    WriteText(folder / "bad.json", text);
+    const Outcome outcome = RunProgram({"params", "--preset", folder / "bad.json"});
+    EXPECT_EQ(2, outcome.status) << text;
+    ExpectOneLine(outcome.err, "bad.json: .*" + std::string(message));
+  }
+  const std::pair<Arguments, const char*> commands[] = {
+      {{"--preset", folder / "none.json"}, "none.json: cannot be read: No such file"},
+      {{"--preset", folder / ""}, "cannot be read: Is a directory"},
+      {{"--preset", "comix-book"}, "no preset \"comix-book\"; did you mean comic-book"},
+      {{"--preset", "xyzzy"}, "\"quentara presets\" lists them"},
+      {{"--save-preset", folder / "picture.png"}, "picture.png: .*ends in .json"},
+  };
+  for (const auto& [options, message] : commands) {
+    const Outcome outcome = RunProgram(Arguments{"params"} + options);
+    EXPECT_EQ(2, outcome.status);
+    ExpectOneLine(outcome.err, message);
+  }
+  EXPECT_THAT(folder.Names(), ElementsAre("bad.json"));
+}
+
+TEST(Presets, ThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
+  const Outcome outcome = RunProgram({"presets"});
+  ASSERT_EQ(0, outcome.status) << outcome.err;
+  std::set<json> tables = {ParamsOf({})};
+  std::istringstream lines(outcome.out);
+  for (std::string line; std::getline(lines, line);) {
+    EXPECT_THAT(line, testing::MatchesRegex("[a-z-]+  +[A-Z].*[a-z]")) << line;
+    EXPECT_TRUE(tables.insert(ParamsOf({"--preset", line.substr(0, line.find(' '))})).second) << line;
+  }
+  EXPECT_EQ(9u, tables.size());
+
+  const TemporaryFolder folder;
+  media::WritePng(folder / "in.png", media::BlankFrame(20, 200, false));
+  const Outcome sheet =
+      RunProgram({"sheet", folder / "in.png", "-o", folder / "out.png", "--presets", "--columns", "50"});
+  ASSERT_EQ(0, sheet.status) << sheet.err;
+  const media::Frame picture = *media::OpenInput(folder / "out.png")->Next();
+  EXPECT_GE(picture.width, 9 * 20);
+  EXPECT_LT(picture.height, 2 * 200);  // one row: the source and all presets
+}
+
+}  // namespace
+}  // namespace quentara
