@@ -2,6 +2,7 @@ extern "C" {
 #include <libavutil/parseutils.h>
 }
 
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -11,6 +12,8 @@ extern "C" {
 #include "interruption.h"
 #include "media/input.h"
 #include "media/output.h"
+#include "media/sequence_pattern.h"
+#include "presets/animation.h"
 #include "preview_input.h"
 #include "progress.h"
 
@@ -27,6 +30,7 @@ struct RenderOptions {
   std::string downsample;
   std::string preview;
   std::string frameRate;
+  std::string animation;
   bool noAudio = false;
 };
 
@@ -57,12 +61,32 @@ media::Rational FrameRateOf(const std::string& text) {
   return {rate.num, rate.den};
 }
 
-void RenderFrames(const RenderOptions& options, EffectInstance& instance, const ParameterValues& values,
+/// The values of each frame of a clip.
+using FrameValues = std::function<ParameterValues(const media::Frame&)>;
+
+/// The number of the clip's first frame, which stands at 0 seconds whichever frames are rendered.
+std::int64_t FirstNumber(const media::Input& input) {
+  if (input.GetKind() != media::Input::Kind::Sequence) return 1;
+  return media::SequencePattern::Parse(input.Path())->NumbersInFolder().at(0);
+}
+
+/// @param rate  of a clip made from pictures.
+FrameValues ValuesOver(const media::Input& input, const media::Rational& rate, const Animation& animation,
+                       const ParameterValues& values) {
+  const media::Rational frameRate = input.Video() ? input.Info().frameRate : rate;
+  return [=, first = FirstNumber(input)](const media::Frame& frame) {
+    // One rounding, so that a key at 2.5 seconds is met by the frame that stands there.
+    const auto ticks = static_cast<double>((frame.number - first) * frameRate.denominator);
+    return animation.At(frame.number, ticks / static_cast<double>(frameRate.numerator), values);
+  };
+}
+
+void RenderFrames(const RenderOptions& options, EffectInstance& instance, const FrameValues& valuesOf,
                   media::Input& input, media::Output& output, ProgressReport& progress) {
   const media::FrameInfo info = input.Info();
   while (const std::optional<media::Frame> frame = input.Next()) {
     CheckInterruption();
-    output.Write(instance.Render(*frame, TimeOf(info, progress.FramesDone()), values));
+    output.Write(instance.Render(*frame, TimeOf(info, progress.FramesDone()), valuesOf(*frame)));
     progress.FrameDone();
   }
   CheckInterruption();
@@ -75,6 +99,8 @@ void Run(const RenderOptions& options) {
   const Downsampling downsampling = DownsamplingOf(options);
   const std::unique_ptr<Effect> effect = options.effect.LoadEffect();
   const ParameterValues values = options.effect.Values(effect->Parameters());
+  Animation animation;
+  if (!options.animation.empty()) animation = Animation(options.animation, effect->Parameters());
 
   std::unique_ptr<media::Input> input = media::OpenInput(options.input, range);
   if (!options.preview.empty()) input = ReduceInput(std::move(input), downsampling);
@@ -88,7 +114,8 @@ void Run(const RenderOptions& options) {
   for (const std::string& warning : input->Warnings()) progress.Note(warning);
   options.preset.Save(*effect, values, options.run.overwrite);
   EffectInstance instance(*effect, options.run.threads, WatchWith(progress), downsampling);
-  RenderFrames(options, instance, values, *input, *output, progress);
+  RenderFrames(options, instance, ValuesOver(*input, outputOptions.frameRate, animation, values), *input, *output,
+               progress);
 }
 
 }  // namespace
@@ -106,6 +133,10 @@ void AddRenderCommand(CLI::App& program) {
   options->run.AddTo(*command);
   options->effect.AddTo(*command);
   options->preset.AddTo(*command);
+  add("--animate", options->animation,
+      "Change parameters over time, whatever --preset and\n--set say; for each a list of keys:\n"
+      "{\"Flat Shaded/Flatness\": [{\"frame\": 1, \"value\": 0},\n {\"frame\": 49, \"value\": 40}]}",
+      "FILE.json");
   add("--frames", options->frames, "Only these frames: 1-100, 1-100x2 (every second)\nor 1,5,20-30", "RANGE");
   CLI::Option* preview =
       add("--preview", options->preview, "Reduce the frames to this fraction, such as 1/2;\nradii follow", "N/D");

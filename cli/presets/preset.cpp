@@ -7,6 +7,7 @@
 #include "media/errors.h"
 #include "media/temporary_file.h"
 #include "presets/json_value.h"
+#include "presets/parameter_object.h"
 
 namespace quentara::cli {
 namespace {
@@ -27,26 +28,6 @@ void CheckKeys(const Json& json) {
   if (!json.contains(kParameters) || !json[kParameters].is_object())
     throw UsageError("a preset has an object \"parameters\"");
 }
-
-/// Sets one parameter, once.
-class Setter {
- public:
-  Setter(ParameterValues& values, const ParameterTable& table)
-      : values_(values), table_(table), isSet_(values.size()) {}
-
-  void operator()(const std::string& name, const Json& json) {
-    const Parameter& row = table_.Find(name);
-    const std::size_t place = static_cast<std::size_t>(row.index) - 1;
-    if (isSet_[place]) throw UsageError("has \"" + row.Path() + "\" twice");
-    isSet_[place] = true;
-    values_[place] = FromJson(row, json);
-  }
-
- private:
-  ParameterValues& values_;
-  const ParameterTable& table_;
-  std::vector<bool> isSet_;
-};
 
 /// Whether a row is found by its path; on a host without groups several have the same.
 bool HasOwnPath(const ParameterTable& table, const Parameter& row) try {
@@ -70,12 +51,9 @@ Preset::Preset(const std::string& path) : path_(path), parameters_(ReadJsonFile(
 
 void Preset::ApplyTo(ParameterValues& values, const ParameterTable& table) const try {
   ParameterValues changed = values;
-  Setter set(changed, table);
-  for (const auto& [name, json] : parameters_.items()) {
-    if (!json.is_object()) set(name, json);
-    if (json.is_object())
-      for (const auto& [own, value] : json.items()) set(name + "/" + own, value);
-  }
+  ForEachParameter(parameters_, table, [&](const Parameter& row, const Json& json) {
+    changed.at(static_cast<std::size_t>(row.index) - 1) = FromJson(row, json);
+  });
   values = std::move(changed);
 } catch (const UsageError& error) {
   throw UsageError(path_ + ": " + error.what());

@@ -138,5 +138,38 @@ TEST(Presets, ThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
   EXPECT_LT(picture.height, 2 * 200);  // one row: the source and all presets
 }
 
+TEST(Animation, RendersEachFrameAsWithSet) {
+  const TemporaryFolder folder;
+  std::mt19937 rng(3);
+  for (const int number : {9, 10, 11})
+    media::WritePng(folder / ("in." + std::to_string(number) + ".png"), media::RandomFrame(23, 17, false, true, rng));
+  WriteText(folder / "keys.json", R"({
+    "Main Blur": {"Radius": [{"frame": 9, "value": 0}, {"frame": 11, "value": 9}]},
+    "Color Effects/Outline Color": [{"frame": 10, "value": "#ff0000"}, {"frame": 12, "value": "#0000ff"}],
+    "Roto": [{"seconds": 0, "value": "No Roto"}, {"seconds": 0.2, "value": "Gouache"}]})");
+  const Arguments common = {"--set", "Main Blur/Thresh=35", "--set", "Roto=Bristle"};
+  const auto render = [&](const Arguments& options) {
+    const Outcome outcome =
+        RunProgram(Arguments{"render", folder / "in.#.png", "-yq", "-o", folder / "out.#.png"} + common + options);
+    EXPECT_EQ(0, outcome.status) << outcome.err;
+  };
+  render({"--animate", folder / "keys.json", "--fps", "10", "--frames", "10-11"});
+  const std::pair<int, Arguments> expected[] = {
+      {10, {"--set", "Main Blur/Radius=5", "--set", "Roto=No Roto", "--set", "Outline Color=#ff0000"}},
+      {11, {"--set", "Main Blur/Radius=9", "--set", "Roto=Gouache", "--set", "Outline Color=128,0,128"}}};
+  for (const auto& [number, settings] : expected) {
+    const std::string name = folder / ("out." + std::to_string(number) + ".png");
+    const std::vector<std::uint8_t> animated = media::ReadFile(name);
+    render(Arguments{"--frames", std::to_string(number)} + settings);
+    EXPECT_EQ(media::ReadFile(name), animated) << number;
+  }
+
+  WriteText(folder / "keys.json", R"({"Main Blur/Radius": [{"frame": 9, "value": 31}]})");
+  const Outcome outcome =
+      RunProgram({"render", folder / "in.#.png", "-o", folder / "new.#.png", "--animate", folder / "keys.json"});
+  EXPECT_EQ(2, outcome.status);
+  ExpectOneLine(outcome.err, "keys.json: \"Main Blur/Radius\" takes .* 0 to 30, not \"31\"");
+}
+
 }  // namespace
 }  // namespace quentara
