@@ -36,9 +36,9 @@ ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, C
       values_(values),
       kind_(kind),
       pitch_(Pitch(std::min(kStrip, values.cols()) + 2 * reach_.columns + 1)),
-      counters_(kSegments + 1, pitch_) {
+      counters_(kSegments + 2, pitch_) {
   if (kind == CountersKind::kBelowWithDistances) distances_.emplace(static_cast<std::size_t>(pitch_));
-  unsigned char* const coarse = counters_.data() + static_cast<std::ptrdiff_t>(kSegments) * pitch_;
+  unsigned char* const coarse = counters_.data() + static_cast<std::ptrdiff_t>(kSegments + 1) * pitch_;
   row_.columns = {counters_.data(), coarse, distances_ ? distances_->data() : nullptr,
                   static_cast<std::size_t>(pitch_)};
   row_.side = 2 * reach_.columns + 1;
@@ -64,6 +64,15 @@ void ColumnHistograms::Move(int entering, int leaving) {
   const unsigned char *const in = samples(entering), *const out = samples(leaving);
   if (in != nullptr || out != nullptr)
     ActiveKernels().columns.moveRow[static_cast<int>(kind_)](columns_, in, out, columnCount_);
+}
+
+void RangesAround(const unsigned char* centre, int limit, int count, unsigned char* __restrict lowest,
+                  unsigned char* __restrict highest) {
+  const auto reach = static_cast<unsigned char>(limit), most = static_cast<unsigned char>(255 - limit);
+  for (int i = 0; i < count; ++i) {
+    lowest[i] = static_cast<unsigned char>((centre[i] > reach ? centre[i] : reach) - reach);
+    highest[i] = static_cast<unsigned char>((centre[i] < most ? centre[i] : most) + reach);
+  }
 }
 
 }  // namespace quentara

@@ -39,12 +39,15 @@ class ColumnHistograms {
   const BytePlane& values_;
   const CountersKind kind_;
   const int pitch_;
-  BytePlane counters_;  ///< one row for each of the 16 segments, the coarse level in the 17th
+  BytePlane counters_;  ///< one row for each segment, the coarse level in the last one
   std::optional<Scratch<std::uint16_t>> distances_;
   HistogramRow row_ = {};
   int firstColumn_ = 0, columnCount_ = 0;
   ColumnCounters columns_ = {};  ///< from the first column inside the plane on
 };
+
+/// The values within limit, 0..255, of centre[i], cut off at 0 and 255.
+void RangesAround(const unsigned char* centre, int limit, int count, unsigned char* lowest, unsigned char* highest);
 
 /// Calls readOut(y, x, row) for each row of each strip: the row's first pixel is (y, x). The windows fit.
 template <class ReadOut>
@@ -57,6 +60,18 @@ void ForStripRows(WindowReach reach, const BytePlane& values, CountersKind kind,
       readOut(y, x, histograms.row());
     }
   }
+}
+
+/// Calls readOut(y, x, row, lowest, highest) for each row of each strip: the values within limit of centre(y, x + i),
+/// cut off at 0 and 255, are lowest[i] .. highest[i].
+template <class ReadOut>
+void ForRangeStripRows(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
+                       CountersKind kind, const ReadOut& readOut) {
+  ForStripRows(reach, values, kind, [&](int y, int x, const HistogramRow& row) {
+    unsigned char lowest[ColumnHistograms::kStrip], highest[ColumnHistograms::kStrip];
+    RangesAround(Row(centre, y) + x, limit, row.width, lowest, highest);
+    readOut(y, x, row, lowest, highest);
+  });
 }
 
 }  // namespace quentara

@@ -11,13 +11,6 @@ namespace {
 alignas(64) constexpr uint8_t kLanesFrom[33] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                                                 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
 
-LANES_INLINE __m128i Load(const uint8_t* p) {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-}
-LANES_INLINE void Store(__m128i v, uint8_t* p) {
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), v);
-}
-
 // Counters are bytes, which may alias anything: only locals stay in registers.
 template <bool enters, bool leaves>
 LANES_INLINE void CountEach(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
@@ -39,23 +32,23 @@ LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* enter
   for (int s = 0; s < 16; ++s) ends[s] = static_cast<int16_t>(16 * (s + 1));
   const Lanes segmentEnds = LoadLanes(ends);
   for (int i = 0; i < count; ++i, fine += 16, coarse += 16) {
-    __m128i inSegments = Load(coarse);
+    __m128i inSegments = LoadBytes(coarse);
     Lanes far = EveryLane(0);
     if (enters) {
       const unsigned value = entering[i];
       uint8_t* const counters = fine + value / 16 * pitch;
-      Store(_mm_add_epi8(Load(counters), Load(kLanesFrom + 15 - value % 16)), counters);
-      inSegments = _mm_add_epi8(inSegments, Load(kLanesFrom + 16 - value / 16));
+      StoreBytes(_mm_add_epi8(LoadBytes(counters), LoadBytes(kLanesFrom + 15 - value % 16)), counters);
+      inSegments = _mm_add_epi8(inSegments, LoadBytes(kLanesFrom + 16 - value / 16));
       if (distances) far = far + Excess(segmentEnds, EveryLane(static_cast<int>(value)));
     }
     if (leaves) {
       const unsigned value = leaving[i];
       uint8_t* const counters = fine + value / 16 * pitch;
-      Store(_mm_sub_epi8(Load(counters), Load(kLanesFrom + 15 - value % 16)), counters);
-      inSegments = _mm_sub_epi8(inSegments, Load(kLanesFrom + 16 - value / 16));
+      StoreBytes(_mm_sub_epi8(LoadBytes(counters), LoadBytes(kLanesFrom + 15 - value % 16)), counters);
+      inSegments = _mm_sub_epi8(inSegments, LoadBytes(kLanesFrom + 16 - value / 16));
       if (distances) far = far - Excess(segmentEnds, EveryLane(static_cast<int>(value)));
     }
-    Store(inSegments, coarse);
+    StoreBytes(inSegments, coarse);
     if (distances) StoreLanes(LoadLanes(distance + 16 * i) + far, distance + 16 * i);
   }
 }

@@ -36,7 +36,8 @@ void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {
     uint8_t segments[kBlock];
     int inSegment[kBlock];
     for (int i = x; i < end; ++i) {
-      const int rank = ranks[i] - kBias, segment = coarse.SegmentOfRank(rank);
+      const int rank = ranks[i] - kBias;
+      const size_t segment = coarse.SegmentOfRank(rank);
       segments[i - x] = static_cast<uint8_t>(segment);
       inSegment[i - x] = rank - coarse.Below(segment) - kBias;
       coarse.Step();
@@ -48,48 +49,79 @@ void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {
   });
 }
 
-void RangeMedian(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out) {
+// With b samples below a range and e up to its end, its lower median has rank b + (e - b - 1) / 2.
+LANES_INLINE int RankOfLowerMedian(int below, int upTo) {
+  return (below + upTo - 1) >> 1;
+}
+
+// Tracks the segments of lowest[x] .. highest[x], together for the block's pixels.
+LANES_INLINE void TrackRanges(const uint8_t* lowest, const uint8_t* highest, int x, int end, FineLevel& fine) {
+  fine.Track(x, ExtentOf(lowest, x, end).least / 16, ExtentOf(highest, x, end).most / 16);
+}
+
+// In a line down a column the histogram of the column is the window's.
+void RangeMedianOfColumns(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
+  const uint8_t *fine = row.columns.fine, *coarse = row.columns.coarse;
+  const size_t pitch = row.columns.pitch;
+  alignas(16) uint8_t belowSegment[32];  // from index 15 on
+  belowSegment[15] = 0;
+  for (int x = 0; x < row.width; ++x, fine += 16, coarse += 16) {
+    StoreBytes(LoadBytes(coarse), belowSegment + 16);
+    const size_t first = lowest[x], past = highest[x] + size_t{1};
+    const int below = belowSegment[15 + first / 16] + fine[first / 16 * pitch + first % 16];
+    const int upTo = belowSegment[15 + past / 16] + fine[past / 16 * pitch + past % 16];
+    const int rank = RankOfLowerMedian(below, upTo);
+    const size_t segment = CountNotAbove(LoadBytes(coarse), rank);
+    const int inSegment = rank - belowSegment[15 + segment];
+    out[x] = static_cast<uint8_t>(16 * segment + CountNotAbove(LoadBytes(fine + segment * pitch), inSegment) - 1);
+  }
+}
+
+void RangeMedian(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
+  if (row.side == 1) return RangeMedianOfColumns(row, lowest, highest, out);
   CoarseLevel coarse(row);
   FineLevel fine(row);
   ForBlocks(row.width, [&](int x, int end) {
-    const Extent centres = ExtentOf(centre, x, end);
-    fine.Track(x, Larger(centres.least - limit, 0) / 16, Smaller(centres.most + limit, 255) / 16);
+    TrackRanges(lowest, highest, x, end, fine);
     fine.Walk(x, end, [&](int i) {
-      const int lowest = Larger(centre[i] - limit, 0), past = Smaller(centre[i] + limit, 255) + 1;
-      const int below = fine.Below(lowest) + coarse.Below(lowest / 16);
-      const int upTo = fine.Below(past) + coarse.Below(past / 16);
-      // With b samples below the range and e up to its end, the lower median has rank b + (e - b - 1) / 2.
-      const int rank = (below + upTo + 4 * kBias - 1) / 2 - kBias, segment = coarse.SegmentOfRank(rank);
+      const size_t first = lowest[i], past = highest[i] + size_t{1};
+      const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
+      const int upTo = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias;
+      const int rank = RankOfLowerMedian(below, upTo) - kBias;
+      const size_t segment = coarse.SegmentOfRank(rank);
       out[i] = static_cast<uint8_t>(fine.ValueOfRank(segment, rank - coarse.Below(segment) - kBias));
       coarse.Step();
     });
   });
 }
 
-// The sum of value - v over the samples v below a value.
-LANES_INLINE int DistanceBelow(const FineLevel& fine, const CoarseLevel& coarse, const DistanceLevel& distances,
-                               int value) {
-  const int segment = value / 16, lane = value % 16;
-  const WideLanes inSegment = MultiplyAdd(fine.segment(segment), LoadLanes(kLanesUpTo + 15 - lane));
-  return distances.Below(segment) + lane * (coarse.Below(segment) + kBias) + Total(inSegment) + (lane + 1) * kBias;
-}
+// The sum of value - v over the samples v below a value, in two parts: one remains to be summed over lanes.
+struct DistanceBelow {
+  int sum;
+  WideLanes inSegment;
 
-void RangeMean(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out) {
+  LANES_INLINE_METHOD DistanceBelow(const FineLevel& fine, const CoarseLevel& coarse, const DistanceLevel& distances,
+                                    size_t value)
+      : sum(distances.Below(value / 16) + static_cast<int>(value % 16) * (coarse.Below(value / 16) + kBias) +
+            static_cast<int>(value % 16 + 1) * kBias),
+        inSegment(MultiplyAdd(fine.segment(value / 16), LoadLanes(kLanesUpTo + 15 - value % 16))) {}
+};
+
+void RangeMean(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
   CoarseLevel coarse(row);
   FineLevel fine(row);
   DistanceLevel distances(row);
   ForBlocks(row.width, [&](int x, int end) {
-    const Extent centres = ExtentOf(centre, x, end);
-    fine.Track(x, Larger(centres.least - limit, 0) / 16, Smaller(centres.most + limit, 255) / 16);
-    int sums[kBlock] = {}, counts[kBlock];
-    for (int& count : counts) count = 1;
+    TrackRanges(lowest, highest, x, end, fine);
+    int sums[kBlock], counts[kBlock];
     fine.Walk(x, end, [&](int i) {
-      const int lowest = Larger(centre[i] - limit, 0), past = Smaller(centre[i] + limit, 255) + 1;
-      const int below = fine.Below(lowest) + coarse.Below(lowest / 16) + 2 * kBias;
+      const size_t first = lowest[i], past = highest[i] + size_t{1};
+      const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
       const int count = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias - below;
-      const int shortfall = DistanceBelow(fine, coarse, distances, past) -
-                            DistanceBelow(fine, coarse, distances, lowest) - (past - lowest) * below;
-      counts[i - x] = count, sums[i - x] = past * count - shortfall;
+      const DistanceBelow upTo(fine, coarse, distances, past), upToFirst(fine, coarse, distances, first);
+      const int belowRange = upToFirst.sum + static_cast<int>(past - first) * below;
+      const int distance = upTo.sum - belowRange + Total(upTo.inSegment - upToFirst.inSegment);
+      counts[i - x] = count, sums[i - x] = static_cast<int>(past) * count - distance;
       coarse.Step(), distances.Step();
     });
     for (int i = x; i < end; ++i)
@@ -98,19 +130,22 @@ void RangeMean(const HistogramRow& row, const uint8_t* centre, int limit, uint8_
   });
 }
 
-void Deviation(const HistogramRow& row, const uint8_t* medians, int* sums) {
+void Deviation(const HistogramRow& row, const uint8_t* medians, float* out) {
   CoarseLevel coarse(row);
   FineLevel fine(row);
   DistanceLevel distances(row);
   ForBlocks(row.width, [&](int x, int end) {
-    const Extent touched = ExtentOf(medians, x, end);
-    fine.Track(x, touched.least / 16, touched.most / 16);
+    TrackRanges(medians, medians, x, end, fine);
+    int sums[kBlock], counts[kBlock];
     fine.Walk(x, end, [&](int i) {
+      const int count = coarse.Below(kSegments) + kBias;
       // Of the samples below the median the distance counts, of the others its opposite.
-      const int above = distances.Below(kSegments) - (256 - medians[i]) * (coarse.Below(kSegments) + kBias);
-      sums[i] = 2 * DistanceBelow(fine, coarse, distances, medians[i]) - above;
+      const int ofAll = distances.Below(kSegments) - (256 - medians[i]) * count;
+      const DistanceBelow below(fine, coarse, distances, medians[i]);
+      counts[i - x] = count, sums[i - x] = 2 * (below.sum + Total(below.inSegment)) - ofAll;
       coarse.Step(), distances.Step();
     });
+    for (int i = x; i < end; ++i) out[i] = static_cast<float>(sums[i - x]) / static_cast<float>(counts[i - x]);
   });
 }
 
@@ -149,7 +184,7 @@ void Mode(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest
   const ModeReadOut mode;
   FineLevel fine(row);
   ForBlocks(row.width, [&](int x, int end) {
-    fine.Track(x, ExtentOf(lowest, x, end).least / 16, ExtentOf(highest, x, end).most / 16);
+    TrackRanges(lowest, highest, x, end, fine);
     fine.Walk(x, end, [&](int i) { out[i] = mode.Read(fine, lowest[i], highest[i]); });
   });
 }

@@ -74,11 +74,11 @@ class FineLevel {
 
   // How many samples of the value's segment are below the value, with the bias. The segment is tracked, or the value is
   // the segment's first one or 256.
-  LANES_INLINE_METHOD int Below(int value) const { return below_[value]; }
-  LANES_INLINE_METHOD Lanes segment(int s) const { return LoadLanes(below_ + 16 * s); }
+  LANES_INLINE_METHOD int Below(size_t value) const { return below_[value]; }
+  LANES_INLINE_METHOD Lanes segment(size_t s) const { return LoadLanes(below_ + 16 * s); }
   // Of the values of a tracked segment, the one of a rank, which carries the bias.
-  LANES_INLINE_METHOD int ValueOfRank(int segment, int rank) const {
-    return 16 * segment + 15 - CountAbove(LoadLanes(below_ + 16 * segment), rank);
+  LANES_INLINE_METHOD size_t ValueOfRank(size_t s, int rank) const {
+    return 16 * s + 15 - CountAbove(segment(s), rank);
   }
 
  private:
@@ -112,7 +112,8 @@ class FineLevel {
       read(x);
       for (int s = first_; s <= last_; ++s) {
         const uint8_t* const leaving = Column(s, x);
-        StoreLanes(segment(s) + (WidenBytes(leaving + window) - WidenBytes(leaving)), below_ + 16 * s);
+        StoreLanes(segment(static_cast<size_t>(s)) + (WidenBytes(leaving + window) - WidenBytes(leaving)),
+                   below_ + 16 * s);
       }
     }
   }
@@ -142,9 +143,9 @@ class CoarseLevel {
   }
 
   // How many samples lie below the segment 0..16, with the bias.
-  LANES_INLINE_METHOD int Below(int segment) const { return below_[15 + segment]; }
+  LANES_INLINE_METHOD int Below(size_t segment) const { return below_[15 + segment]; }
   // The segment that holds the sample of a rank, which carries the bias.
-  LANES_INLINE_METHOD int SegmentOfRank(int rank) const { return kSegments - CountAbove(sums_, rank); }
+  LANES_INLINE_METHOD size_t SegmentOfRank(int rank) const { return kSegments - CountAbove(sums_, rank); }
 
  private:
   const bool tall_;
@@ -175,7 +176,7 @@ class DistanceLevel {
   }
 
   // The sum of end - v over the samples v below end = 16 * segment; the segment is 0..16.
-  LANES_INLINE_METHOD int Below(int segment) const { return below_[7 + segment]; }
+  LANES_INLINE_METHOD int Below(size_t segment) const { return below_[7 + segment]; }
 
  private:
   LANES_INLINE_METHOD static Lanes Load(const uint16_t* column) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <immintrin.h>
+#include <stddef.h>
 #include <stdint.h>
 
 #define LANES_INLINE_METHOD inline __attribute__((always_inline))
@@ -49,9 +50,9 @@ LANES_INLINE Lanes SmallDifferences(const uint8_t* a, const uint8_t* b) {
 }
 
 /// How many lanes are above the limit, both signed.
-LANES_INLINE int CountAbove(Lanes a, int limit) {
+LANES_INLINE size_t CountAbove(Lanes a, int limit) {
   const __m256i above = _mm256_cmpgt_epi16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
-  return __builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above))) / 2;
+  return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above)))) / 2;
 }
 
 LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
@@ -153,10 +154,10 @@ LANES_INLINE Lanes SmallDifferences(const uint8_t* a, const uint8_t* b) {
 }
 
 /// How many lanes are above the limit, both signed.
-LANES_INLINE int CountAbove(Lanes a, int limit) {
+LANES_INLINE size_t CountAbove(Lanes a, int limit) {
   const __m128i limits = _mm_set1_epi16(static_cast<short>(limit));
   const __m128i above = _mm_packs_epi16(_mm_cmpgt_epi16(a.low, limits), _mm_cmpgt_epi16(a.high, limits));
-  return __builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(above)));
+  return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(above))));
 }
 
 LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
@@ -229,6 +230,20 @@ LANES_INLINE __m128i Halved(WideLanes a) {
 }
 
 #endif
+
+/// Sixteen bytes.
+LANES_INLINE __m128i LoadBytes(const uint8_t* p) {
+  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+}
+LANES_INLINE void StoreBytes(__m128i a, uint8_t* p) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a);
+}
+/// How many of sixteen bytes are not above the limit, 0..255.
+LANES_INLINE size_t CountNotAbove(__m128i bytes, int limit) {
+  const __m128i limits = _mm_set1_epi8(static_cast<char>(limit));
+  const __m128i notAbove = _mm_cmpeq_epi8(_mm_max_epu8(bytes, limits), limits);
+  return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(notAbove))));
+}
 
 LANES_INLINE int Total(WideLanes a) {
   __m128i s = Halved(a);

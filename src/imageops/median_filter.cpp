@@ -34,15 +34,8 @@ void MedianFromSlidingHistogram(WindowReach reach, const BytePlane& plane, ByteP
 }
 
 void DeviationFromHistograms(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
-  const WindowKernels& kernels = ActiveKernels();
-  Scratch<int> sums(static_cast<std::size_t>(values.cols()));
   ForStripRows(reach, values, CountersKind::kBelowWithDistances, [&](int y, int x, const HistogramRow& row) {
-    kernels.histogram.deviation(row, Row(medians, y) + x, sums.data());
-    const int rows = ClippedExtent(y, reach.rows, values.rows());
-    for (int i = 0; i < row.width; ++i) {
-      const int count = rows * ClippedExtent(x + i, reach.columns, values.cols());
-      Row(result, y)[x + i] = static_cast<float>(sums[i]) / static_cast<float>(count);
-    }
+    ActiveKernels().histogram.deviation(row, Row(medians, y) + x, Row(result, y) + x);
   });
 }
 

@@ -12,21 +12,12 @@
 namespace quentara {
 namespace {
 
-void ModeFromSlidingHistogram(int radius, const BytePlane& lowest, const BytePlane& highest, const BytePlane& values,
-                              BytePlane& result) {
-  SlideHistogram(SquareReach(radius), values, [&](int y, int x, const Histogram& histogram) {
+void ModeFromSlidingHistogram(WindowReach reach, const BytePlane& lowest, const BytePlane& highest,
+                              const BytePlane& values, BytePlane& result) {
+  SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
     const auto mode = std::max_element(&histogram[Row(lowest, y)[x]], &histogram[Row(highest, y)[x]] + 1);
     Row(result, y)[x] = static_cast<unsigned char>(mode - histogram.data());  // the first of the largest
   });
-}
-
-void RangesOf(const unsigned char* centre, int limit, unsigned char* __restrict lowest,
-              unsigned char* __restrict highest, std::ptrdiff_t count) {
-  const auto reach = static_cast<unsigned char>(limit), most = static_cast<unsigned char>(255 - limit);
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    lowest[i] = static_cast<unsigned char>((centre[i] > reach ? centre[i] : reach) - reach);
-    highest[i] = static_cast<unsigned char>((centre[i] < most ? centre[i] : most) + reach);
-  }
 }
 
 // Of the values lowest(y, x) .. highest(y, x).
@@ -38,7 +29,7 @@ BytePlane ModeBetween(int radius, const BytePlane& lowest, const BytePlane& high
       ActiveKernels().histogram.mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
     });
   else
-    ModeFromSlidingHistogram(radius, lowest, highest, values, result);
+    ModeFromSlidingHistogram(reach, lowest, highest, values, result);
   return result;
 }
 
@@ -52,7 +43,8 @@ BytePlane ModeFilter(int radius, const BytePlane& plane) {
 BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
   assert(radius >= 0 && limit >= 0 && SameSize(centre, values));
   BytePlane lowest(values.rows(), values.cols()), highest(values.rows(), values.cols());
-  RangesOf(centre.data(), std::min(limit, 255), lowest.data(), highest.data(), values.numElements());
+  RangesAround(centre.data(), std::min(limit, 255), static_cast<int>(values.numElements()), lowest.data(),
+               highest.data());
   return ModeBetween(radius, lowest, highest, values);
 }
 

@@ -15,10 +15,11 @@ namespace {
 
 void RangeMeanFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                              BytePlane& result) {
-  const WindowKernels& kernels = ActiveKernels();
-  ForStripRows(reach, values, CountersKind::kBelowWithDistances, [&](int y, int x, const HistogramRow& row) {
-    kernels.histogram.rangeMean(row, Row(centre, y) + x, limit, Row(result, y) + x);
-  });
+  ForRangeStripRows(
+      reach, centre, values, limit, CountersKind::kBelowWithDistances,
+      [&](int y, int x, const HistogramRow& row, const unsigned char* lowest, const unsigned char* highest) {
+        ActiveKernels().histogram.rangeMean(row, lowest, highest, Row(result, y) + x);
+      });
 }
 
 void RangeMeanFromSlidingHistogram(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,

@@ -6,6 +6,7 @@
 
 #include "imageops/column_histograms.h"
 #include "imageops/sliding_histogram.h"
+#include "imageops/transpose.h"
 #include "imageops/window_kernels_dispatch.h"
 #include "imageops/window_reach.h"
 
@@ -14,10 +15,11 @@ namespace {
 
 void RangeMedianFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                                BytePlane& result) {
-  const WindowKernels& kernels = ActiveKernels();
-  ForStripRows(reach, values, CountersKind::kBelow, [&](int y, int x, const HistogramRow& row) {
-    kernels.histogram.rangeMedian(row, Row(centre, y) + x, limit, Row(result, y) + x);
-  });
+  ForRangeStripRows(
+      reach, centre, values, limit, CountersKind::kBelow,
+      [&](int y, int x, const HistogramRow& row, const unsigned char* lowest, const unsigned char* highest) {
+        ActiveKernels().histogram.rangeMedian(row, lowest, highest, Row(result, y) + x);
+      });
 }
 
 void RangeMedianFromSlidingHistogram(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
@@ -48,7 +50,10 @@ BytePlane RangeMedianFilter2(int radius, const BytePlane& centre, const BytePlan
 
 BytePlane RangeMedianLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit,
                            LineDirection direction) {
-  return RangeMedian(LineReach(radius, direction), centre, values, limit);
+  const WindowReach column = LineReach(radius, LineDirection::Vertical);
+  if (direction == LineDirection::Vertical) return RangeMedian(column, centre, values, limit);
+  // In a column the window's histogram is at hand; a turned plane costs less than to gather it along a row.
+  return Transpose(RangeMedian(column, Transpose(centre), Transpose(values), limit));
 }
 
 }  // namespace quentara

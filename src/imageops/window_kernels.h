@@ -18,7 +18,7 @@ struct ColumnCounters {
   uint8_t* coarse;      ///< coarse[16 * column + segment]: samples in segments 0 .. segment
   uint16_t* distances;  ///< distances[16 * column + segment]: the sum of end - v over the samples v < end, where end =
                         ///< 16 * (segment + 1); in `kBelowWithDistances` only
-  size_t pitch;         ///< bytes from one segment to the next
+  size_t pitch;         ///< bytes from one segment to the next; `fine` has a 17th segment, which stays empty
 };
 
 /// The windows of one row of pixels, each of at most 65535 samples.
@@ -35,18 +35,18 @@ struct ColumnKernels {
   void (*moveRow[3])(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count);
 };
 
-/// Read-outs of all windows of a row.
+/// Read-outs of all windows of a row. Those of the values lowest[x] .. highest[x] need one of them in each window.
 struct HistogramKernels {
   /// out[x] = the value of rank ranks[x], counted from 0.
   void (*rank)(const HistogramRow& row, const int* ranks, uint8_t* out);
-  /// out[x] = the lower median of the values within limit of centre[x].
-  void (*rangeMedian)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
-  /// out[x] = the mean of the values within limit of centre[x]. With distances.
-  void (*rangeMean)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
-  /// out[x] = the sum of |v - medians[x]| over the values v. With distances.
-  void (*deviation)(const HistogramRow& row, const uint8_t* medians, int* sums);
-  /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest; at least
-  /// one of them occurs. Of counters `kEach`.
+  /// out[x] = the lower median of the values lowest[x] .. highest[x].
+  void (*rangeMedian)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
+  /// out[x] = the mean of the values lowest[x] .. highest[x]. With distances.
+  void (*rangeMean)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
+  /// out[x] = the mean of |v - medians[x]| over the values v. With distances.
+  void (*deviation)(const HistogramRow& row, const uint8_t* medians, float* out);
+  /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest. Of counters
+  /// `kEach`.
   void (*mode)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
 };
 

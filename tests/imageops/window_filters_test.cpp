@@ -157,8 +157,14 @@ unsigned char ModeOf(const std::vector<unsigned char>& sorted) {
   return static_cast<unsigned char>(std::max_element(counts, counts + 256) - counts);
 }
 
+float MeanDistance(const std::vector<unsigned char>& values, int from) {
+  int sum = 0;
+  for (const unsigned char value : values) sum += std::abs(value - from);
+  return static_cast<float>(sum) / static_cast<float>(values.size());
+}
+
 // Counters above 32767 look negative to some vector instructions; whole planes would take the definitions too long.
-TEST(RankFilters, TakeWindowsOfMoreThan32767Samples) {
+TEST(HistogramFilters, TakeWindowsOfMoreThan32767Samples) {
   constexpr int kHeight = 250, kWidth = 262, kRadius = 127;
   std::mt19937 rng(7);
   const BytePlane random(RandomPlane(kHeight, kWidth, rng)), nearlyFlat(RandomPlane(kHeight, kWidth, rng, 118, 121));
@@ -171,6 +177,8 @@ TEST(RankFilters, TakeWindowsOfMoreThan32767Samples) {
       for (const int limit : {0, 1, 20, 255}) {
         const BytePlane ranged(RangeMedianFilter2(kRadius, *plane, *plane, limit));
         const BytePlane rangedMode(RangeModeFilter2(kRadius, *plane, *plane, limit));
+        const BytePlane rangedMean(RangeMeanFilter2(kRadius, *plane, *plane, limit));
+        const FloatPlane deviation(MedianDeviationFilter(kRadius, *plane, rangedMean));
         for (int n = 0; n < 12; ++n) {
           const int y = static_cast<int>(rng() % kHeight), x = 128 + static_cast<int>(rng() % 6), c = (*plane)(y, x);
           const auto all = SortedWindow(*plane, y, x, kRadius, 0, 255);
@@ -179,6 +187,8 @@ TEST(RankFilters, TakeWindowsOfMoreThan32767Samples) {
           const auto near = SortedWindow(*plane, y, x, kRadius, c, limit);
           EXPECT_EQ(near[(near.size() - 1) / 2], ranged(y, x)) << kernels->name << " limit " << limit << " " << y;
           EXPECT_EQ(ModeOf(near), rangedMode(y, x)) << kernels->name << " limit " << limit << " " << y;
+          EXPECT_EQ(ToByte(MeanDistance(near, 0)), rangedMean(y, x)) << kernels->name << " limit " << limit;
+          EXPECT_EQ(MeanDistance(all, rangedMean(y, x)), deviation(y, x)) << kernels->name << " limit " << limit;
         }
       }
     }
