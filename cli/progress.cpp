@@ -45,20 +45,24 @@ ProgressReport::~ProgressReport() {
 }
 
 void ProgressReport::Within(int done, int total) {
+  const std::lock_guard<std::mutex> lock(mutex_);
   if (terminal_ && total > 0) Show(std::clamp(static_cast<double>(done) / total, 0.0, 1.0));
 }
 
 void ProgressReport::FrameDone() {
+  const std::lock_guard<std::mutex> lock(mutex_);
   ++done_;
   Show(0);
 }
 
 void ProgressReport::Note(const std::string& text) {
+  const std::lock_guard<std::mutex> lock(mutex_);
   EndLine();
   std::fprintf(stderr, "quentara: %s\n", text.c_str());
 }
 
 void ProgressReport::Finish(const std::string& output) {
+  const std::lock_guard<std::mutex> lock(mutex_);
   EndLine();
   if (quiet_) return;
   const double seconds = Seconds();

@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <mutex>
 #include <optional>
 #include <string>
 
@@ -11,7 +12,8 @@ namespace quentara::cli {
 /// A duration as "12 s", "3:07" or "1:02:03".
 std::string FormatDuration(double seconds);
 
-/// Tells how far a render is: on a terminal one line that is rewritten, elsewhere a line every few seconds.
+/// Tells how far a render is: on a terminal one line that is rewritten, elsewhere a line every few seconds. Threads may
+/// report at the same time.
 class ProgressReport {
  public:
   /// @param frames  how many there will be, if that is known.
@@ -31,8 +33,6 @@ class ProgressReport {
   /// The last line: how many frames, how fast, and to where.
   void Finish(const std::string& output);
 
-  std::int64_t FramesDone() const { return done_; }
-
  private:
   using Clock = std::chrono::steady_clock;
 
@@ -41,6 +41,7 @@ class ProgressReport {
   void Show(double partOfFrame);
   void EndLine();
 
+  std::mutex mutex_;
   std::optional<std::int64_t> frames_;
   bool quiet_;
   std::string unit_;

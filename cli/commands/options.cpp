@@ -80,7 +80,7 @@ RunOptions::RunOptions() : threads(static_cast<int>(std::clamp(std::thread::hard
 
 void RunOptions::AddTo(CLI::App& command) {
   command.add_flag("-y,--overwrite", overwrite, "Replace an output that exists");
-  command.add_option("--threads", threads, "Workers for one frame [all processors]")
+  command.add_option("--threads", threads, "Workers in all [all processors]")
       ->type_name("N")
       ->check(CLI::Range(1, 256));
   command.add_flag("-q,--quiet", quiet, "Show no progress");

@@ -2,13 +2,20 @@ extern "C" {
 #include <libavutil/parseutils.h>
 }
 
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
 #include <functional>
+#include <limits>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "commands/commands.h"
 #include "commands/options.h"
 #include "errors.h"
+#include "frame_pipeline.h"
 #include "interruption.h"
 #include "media/input.h"
 #include "media/output.h"
@@ -32,6 +39,7 @@ struct RenderOptions {
   std::string frameRate;
   std::string animation;
   bool noAudio = false;
+  std::optional<int> jobs;
 };
 
 std::optional<media::FrameRange> Range(const std::string& frames) {
@@ -61,7 +69,7 @@ media::Rational FrameRateOf(const std::string& text) {
   return {rate.num, rate.den};
 }
 
-/// The values of each frame of a clip.
+/// The values of each frame of a clip; asked by several threads at the same time.
 using FrameValues = std::function<ParameterValues(const media::Frame&)>;
 
 /// The number of the clip's first frame, which stands at 0 seconds whichever frames are rendered.
@@ -81,12 +89,52 @@ FrameValues ValuesOver(const media::Input& input, const media::Rational& rate, c
   };
 }
 
-void RenderFrames(const RenderOptions& options, EffectInstance& instance, const FrameValues& valuesOf,
-                  media::Input& input, media::Output& output, ProgressReport& progress) {
+struct WorkerSplit {
+  int jobs;     ///< frames rendered at once
+  int workers;  ///< for each of them
+};
+
+/// As many frames at once as there are workers, as nothing then waits for the slowest worker of a frame; fewer in a
+/// shorter clip, or where so many frames would take more than half of the machine's memory.
+WorkerSplit SplitWorkers(const RenderOptions& options, const media::FrameInfo& info) {
+  const int threads = options.run.threads;
+  const std::int64_t frames = info.frameCount.value_or(std::numeric_limits<int>::max());
+  if (options.jobs) {
+    const int jobs = static_cast<int>(std::min<std::int64_t>(*options.jobs, frames));
+    return {jobs, std::max(threads / jobs, 1)};
+  }
+  constexpr std::int64_t kBytesPerPixel = 80;  // of a frame on its way, in 16 bits with several stages on
+  const std::int64_t memory = std::int64_t{sysconf(_SC_PHYS_PAGES)} * sysconf(_SC_PAGE_SIZE);
+  const std::int64_t fitting = memory / 2 / (std::int64_t{info.width} * info.height * kBytesPerPixel);
+  const std::int64_t most = std::clamp<std::int64_t>(std::min(fitting, frames), 1, threads);
+  const int jobs = threads / static_cast<int>((threads + most - 1) / most);
+  return {jobs, threads / jobs};
+}
+
+void RenderFrames(const RenderOptions& options, Effect& effect, const FrameValues& valuesOf, media::Input& input,
+                  media::Output& output, ProgressReport& progress) {
   const media::FrameInfo info = input.Info();
-  while (const std::optional<media::Frame> frame = input.Next()) {
+  const auto [jobs, workers] = SplitWorkers(options, info);
+  std::atomic<bool> stopping{false};
+  Watch watch = WatchWith(progress);
+  watch.cancelled = [&] { return stopping || InterruptingSignal() != 0; };
+  // How far one frame among several is tells nothing of the whole.
+  if (jobs > 1) watch.progress = [](int, int) {};
+  std::vector<std::unique_ptr<EffectInstance>> instances;
+  for (int job = 0; job < jobs; ++job)
+    instances.push_back(std::make_unique<EffectInstance>(effect, workers, watch, DownsamplingOf(options)));
+
+  const auto read = [&] {
     CheckInterruption();
-    output.Write(instance.Render(*frame, TimeOf(info, progress.FramesDone()), valuesOf(*frame)));
+    return input.Next();
+  };
+  const auto render = [&](int job, std::int64_t index, const media::Frame& frame) {
+    return instances[static_cast<std::size_t>(job)]->Render(frame, TimeOf(info, index), valuesOf(frame));
+  };
+  FramePipeline frames(jobs, read, render, stopping);
+  while (const std::optional<media::Frame> frame = frames.Next()) {
+    CheckInterruption();
+    output.Write(*frame);
     progress.FrameDone();
   }
   CheckInterruption();
@@ -113,8 +161,7 @@ void Run(const RenderOptions& options) {
   ProgressReport progress(input->Info().frameCount, options.run.quiet);
   for (const std::string& warning : input->Warnings()) progress.Note(warning);
   options.preset.Save(*effect, values, options.run.overwrite);
-  EffectInstance instance(*effect, options.run.threads, WatchWith(progress), downsampling);
-  RenderFrames(options, instance, ValuesOver(*input, outputOptions.frameRate, animation, values), *input, *output,
+  RenderFrames(options, *effect, ValuesOver(*input, outputOptions.frameRate, animation, values), *input, *output,
                progress);
 }
 
@@ -131,6 +178,11 @@ void AddRenderCommand(CLI::App& program) {
       ->required();
   add("-o,--output", options->output, "Where to; the extension says what is written", "OUTPUT")->required();
   options->run.AddTo(*command);
+  command
+      ->add_option("--jobs", options->jobs,
+                   "Frames rendered at once; they share the workers\n[one for each worker, while memory lasts]")
+      ->type_name("N")
+      ->check(CLI::Range(1, 256));
   options->effect.AddTo(*command);
   options->preset.AddTo(*command);
   add("--animate", options->animation,

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <mutex>
 #include <string>
 
 #include "AE_EffectCB.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-enum Mode { kInvert = 1, kShowCommands, kCheckHost, kFail, kFailSilently, kWaitForCancel, kGrow, kIgnoreCancel };
+enum Mode { kInvert = 1, kShowCommands, kCheckHost, kFail, kFailSilently, kWaitForCancel, kGrow, kIgnoreCancel, kLate };
 enum SetupFault { kFailSetup = 1, kWrongCount, kLayerParameter, kBadPopup };
 constexpr int kModeIndex = 1, kStrengthIndex = 5, kColourIndex = 7;
 
@@ -32,11 +33,11 @@ PF_Err Define(PF_InData* in, PF_OutData* out) {
   };
 
   // The host must copy the texts: these are gone when the function returns.
-  std::string modes = "Invert|Show Commands|Check Host|Fail|Fail Silently|Wait For Cancel|Grow|Ignore Cancel";
+  std::string modes = "Invert|Show Commands|Check Host|Fail|Fail Silently|Wait For Cancel|Grow|Ignore Cancel|Fail Late";
   std::string box = "Tone";
   add(11, PF_Param_POPUP, [&](PF_ParamDef& record) {
     AddName(record, "Mode");
-    record.u.pd.num_choices = fault == kBadPopup ? 3 : 8;
+    record.u.pd.num_choices = fault == kBadPopup ? 3 : 9;
     record.u.pd.value = record.u.pd.dephault = kInvert;
     record.u.pd.u.namesptr = modes.c_str();
   });
@@ -179,6 +180,9 @@ PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef* parameters[], PF_Laye
     case kIgnoreCancel:
       std::fputs("rendering\n", stderr);
       while (true) in->inter.progress(in->effect_ref, 0, 0);
+    case kLate:
+      if (in->current_time / in->time_step >= 2) return PF_Err_OUT_OF_MEMORY;
+      [[fallthrough]];
     default: {
       RowWork work{in, &input, output};
       return in->utils->iterate_generic(input.height, &work, InvertRow);
@@ -188,6 +192,8 @@ PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef* parameters[], PF_Laye
 
 // Follows the order of commands in a text that lives in global_data.
 void Log(PF_InData* in, PF_Cmd command) {
+  static std::mutex mutex;
+  const std::lock_guard<std::mutex> lock(mutex);
   char number[8];
   std::snprintf(number, sizeof(number), "%d ", command);
   if (char* text = static_cast<char*>(*in->global_data); std::strlen(text) < 200) std::strcat(text, number);

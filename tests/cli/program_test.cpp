@@ -226,6 +226,52 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
   }
 }
 
+TEST(Render, WritesTheSameBytesHoweverManyFramesAreRenderedAtOnce) {
+  const TemporaryFolder folder;
+  media::MakeClip(folder / "in.mp4", {});
+  const auto render = [&](const char* jobs, const char* threads) {
+    const Outcome outcome = RunProgram(
+        {"render", folder / "in.mp4", "-y", "-o", folder / "out.%d.png", "--jobs", jobs, "--threads", threads});
+    EXPECT_EQ(0, outcome.status) << outcome.err;
+    std::vector<std::vector<std::uint8_t>> files;
+    for (int i = 1; i <= 10; ++i) files.push_back(media::ReadFile(folder / ("out." + std::to_string(i) + ".png")));
+    return files;
+  };
+  const auto expected = render("1", "1");
+  EXPECT_NE(expected.front(), expected.back());
+  for (const auto& [jobs, threads] : {std::pair{"1", "3"}, {"2", "5"}, {"3", "1"}})
+    EXPECT_EQ(expected, render(jobs, threads)) << jobs << " jobs";
+}
+
+TEST(Render, EndsAtTheFirstBadFrameAndLeavesNoPartOfAVideo) {
+  const TemporaryFolder folder;
+  for (int i = 1; i <= 6; ++i)
+    for (const char* name : {"good.", "cut.", "size."}) WriteRandomPng(folder / (name + std::to_string(i) + ".png"), i);
+  media::WriteFile(folder / "cut.3.png", {0x89, 'P', 'N', 'G'});
+  WritePng(folder / "size.3.png", media::BlankFrame(8, 8, false));
+  const std::vector<std::string> names = folder.Names();
+  const struct {
+    int status;
+    const char* input;
+    const char* mode;
+    const char* message;
+  } cases[] = {{3, "cut.%d.png", "Invert", "cut.3.png"},
+               {4, "size.%d.png", "Invert", "frame 3 is 8 x 8 pixels"},
+               {5, "good.%d.png", "Fail Late", "ran out of memory"}};
+  for (const auto& [status, input, mode, message] : cases)
+    for (const char* jobs : {"1", "3"}) {
+      const Arguments render = Arguments{"render", folder / input, "--jobs", jobs} + WithFake(mode);
+      const Outcome outcome = RunProgram(render + Arguments{"-o", folder / "out.mkv"});
+      EXPECT_EQ(status, outcome.status);
+      ExpectOneLine(outcome.err, message);
+      EXPECT_EQ(names, folder.Names());
+      if (status == 4) continue;
+      const TemporaryFolder pictures;
+      EXPECT_EQ(status, RunProgram(render + Arguments{"-o", pictures / "%d.png"}).status);
+      EXPECT_THAT(pictures.Names(), ElementsAre("1.png", "2.png"));
+    }
+}
+
 TEST(Program, LeavesNothingBehindWhenInterrupted) {
   const TemporaryFolder folder;
   media::ClipOptions options;
@@ -235,13 +281,14 @@ TEST(Program, LeavesNothingBehindWhenInterrupted) {
   for (const int signal : {SIGINT, SIGTERM})
     for (const char* output : {"out.mkv", "out.png"}) {
       const bool video = std::string(output) == "out.mkv";
-      Program program(Arguments{"render", folder / "in.mp4", "--frames", video ? "1-10" : "1", "-o", folder / output} +
+      Program program(Arguments{"render", folder / "in.mp4", "--jobs", "3", "--frames", video ? "1-10" : "1", "-o",
+                                folder / output} +
                       WithFake("Wait For Cancel"));
       program.AwaitMessage("rendering\n");
       program.Send(signal);
       const Outcome outcome = program.Wait();
       EXPECT_EQ(128 + signal, outcome.status);
-      EXPECT_EQ("rendering\nquentara: interrupted; nothing unfinished is left behind\n", outcome.err);
+      EXPECT_THAT(outcome.err, testing::MatchesRegex("(rendering\n)+quentara: interrupted; nothing unfinished .*\n"));
       EXPECT_THAT(folder.Names(), ElementsAre("in.mp4"));
     }
 }
