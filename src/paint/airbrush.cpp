@@ -53,8 +53,7 @@ void PushRun(float mix, float push, const unsigned char* a, const unsigned char*
 
 ChannelSet AirbrushStyle(int spread, float mix, float push, const ChannelSet& picture) {
   assert(spread >= 1);
-  FloatChannelSet box = RgbToLumaChroma(picture);
-  FloatPlane& luma = box.planes(0);
+  FloatPlane luma(FloatLuma709(picture));
   {
     const BytePlane plane(Truncate(luma));
     const BytePlane a(mix == 1.0f ? plane : SmoothDarkFirst(spread, plane));
@@ -63,7 +62,7 @@ ChannelSet AirbrushStyle(int spread, float mix, float push, const ChannelSet& pi
       PushRun(mix, push, a.data() + first, b.data() + first, luma.data() + first, count);
     });
   }
-  return LumaChromaToRgb(luma, box.planes(1), box.planes(2));
+  return WithLuma709(picture, luma);
 }
 
 }  // namespace quentara

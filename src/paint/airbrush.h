@@ -7,7 +7,7 @@ namespace quentara {
 
 /// Two chains of grey morphology smooth the truncated luma, each a maximum, minimum, minimum and maximum filter or the
 /// other way round, with a box mean after every filter: A first fills dark detail, B first takes bright detail away.
-/// With Y the luma of `RgbToLumaChroma`, in single precision and limited to 0..255 after each step:
+/// With Y the luma of `FloatLuma709`, in single precision and limited to 0..255 after each step:
 ///   F = A + mix * (B - A), result = Y + push * (F - Y).
 /// Chroma stays as it is.
 /// @param spread   radius of all windows, in pixels, >= 1.

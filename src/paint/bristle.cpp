@@ -32,11 +32,8 @@ BytePlane SharpLuma(float gain, const FloatPlane& luma) {
 
 ChannelSet BristleStyle(float presharpen, int spread, float postsharpen, int quality, const ChannelSet& picture) {
   Plugin::CheckStop();
-  FloatChannelSet box = RgbToLumaChroma(picture);
-  FloatPlane& luma = box.planes(0);
-  const BytePlane painted(DeviationPaint(SharpLuma(presharpen, luma), spread, postsharpen, quality));
-  std::copy_n(painted.data(), painted.numElements(), luma.data());
-  return LumaChromaToRgb(luma, box.planes(1), box.planes(2));
+  const BytePlane sharp(SharpLuma(presharpen, FloatLuma709(picture)));
+  return WithLuma709(picture, DeviationPaint(sharp, spread, postsharpen, quality));
 }
 
 }  // namespace quentara

@@ -44,6 +44,21 @@ BasicChannelSet<T>::BasicChannelSet(std::string_view mode, std::uint32_t width, 
 }
 
 template <class T>
+BasicChannelSet<T> BasicChannelSet<T>::Wrap(std::string_view mode, std::uint32_t width, std::uint32_t height,
+                                            const std::vector<T*>& samples) {
+  assert(ChannelCounts::Find(mode) == samples.size());
+  BasicChannelSet set("", 0, 0);
+  set.mode_ = mode;
+  set.width_ = width;
+  set.height_ = height;
+  set.channelCount_ = static_cast<std::uint32_t>(samples.size());
+  for (std::size_t i = 0; i < samples.size(); ++i)
+    set.planes_[i] =
+        std::make_unique<Plane<T>>(WrapRows(samples[i], static_cast<int>(height), static_cast<int>(width)));
+  return set;
+}
+
+template <class T>
 BasicChannelSet<T>::BasicChannelSet(const BasicChannelSet& other)
     : BasicChannelSet(other.mode_, other.width_, other.height_) {
   for (std::uint32_t i = 0; i < channelCount_; ++i) *planes_[i] = *other.planes_[i];

@@ -21,8 +21,8 @@ std::optional<std::uint32_t> Find(std::string_view mode);
 
 /// A picture: a mode and up to four planes of one size, in the order of the mode's channels.
 ///
-/// A set owns its planes, and copying one copies the samples: no two sets share a plane. A set of an unknown mode has
-/// no planes and no size.
+/// A set owns its planes unless `Wrap` made it, and copying one copies the samples: no two sets share a plane. A set of
+/// an unknown mode has no planes and no size.
 template <class T>
 class BasicChannelSet {
  public:
@@ -34,6 +34,12 @@ class BasicChannelSet {
   /// Copies of the planes given, which are height x width; planes behind the mode's channel count are not looked at.
   BasicChannelSet(std::string_view mode, std::uint32_t width, std::uint32_t height, const Plane<T>& plane0,
                   const Plane<T>* plane1 = nullptr, const Plane<T>* plane2 = nullptr, const Plane<T>* plane3 = nullptr);
+
+  /// A set over samples that somebody else owns and that must outlive it, as `WrapRows` has planes.
+  /// @param mode     a known one.
+  /// @param samples  of each channel, height x width.
+  static BasicChannelSet Wrap(std::string_view mode, std::uint32_t width, std::uint32_t height,
+                              const std::vector<T*>& samples);
 
   BasicChannelSet(const BasicChannelSet& other);
   BasicChannelSet& operator=(const BasicChannelSet& other);

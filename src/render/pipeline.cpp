@@ -18,16 +18,6 @@
 namespace quentara {
 namespace {
 
-BytePlane WrapBuffer(const unsigned char* samples, const FrameBuffers& frame) {
-  return WrapRows(samples, static_cast<int>(frame.height), static_cast<int>(frame.width));
-}
-
-ChannelSet CopyFrame(const FrameBuffers& frame) {
-  const BytePlane red(WrapBuffer(frame.red, frame)), green(WrapBuffer(frame.green, frame)),
-      blue(WrapBuffer(frame.blue, frame));
-  return ChannelSet("RGB", frame.width, frame.height, red, &green, &blue);
-}
-
 struct FreeBuffer {
   void operator()(unsigned char* buffer) const { Plugin::Free(buffer); }
 };
@@ -48,7 +38,11 @@ FrameBuffers HandOver(const ChannelSet& picture) {
 class FrameRender {
  public:
   explicit FrameRender(const RenderSettings& settings)
-      : settings_(settings), source_(CopyFrame(settings.frame)), work_(source_), outlineSource_(&source_) {}
+      : settings_(settings),
+        source_(ChannelSet::Wrap("RGB", settings.frame.width, settings.frame.height,
+                                 {settings.frame.red, settings.frame.green, settings.frame.blue})),
+        work_(source_),
+        outlineSource_(&source_) {}
 
   FrameBuffers Run() {
     AnalyseTones();

@@ -51,7 +51,8 @@ BytePlane Rounded(const FloatPlane& plane) {
 
 TEST(SmallSmooth, EqualsItsDefinitionOnPlanesOfAnySize) {
   std::mt19937 rng(1);
-  for (const auto& [height, width] : {std::pair{1, 1}, {1, 9}, {9, 1}, {2, 2}, {2, 7}, {7, 2}, {3, 3}, {19, 26}})
+  for (const auto& [height, width] :
+       {std::pair{1, 1}, {1, 9}, {9, 1}, {2, 2}, {2, 7}, {7, 2}, {3, 3}, {19, 26}, {101, 4}})
     for (const int passes : {0, 1, 2, 7}) {
       SCOPED_TRACE(testing::Message() << height << "x" << width << " passes " << passes);
       const BytePlane plane(RandomPlane(height, width, rng));

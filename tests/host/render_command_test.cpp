@@ -219,6 +219,23 @@ TEST(RenderCommand, RendersEveryTwoStagesTogetherAndTheSameAgain) {
   EXPECT_EQ(0, FakeHandles::live);
 }
 
+// The limits are what the stages need: they may fall, and rise only for a reason. The frame's own three planes count.
+TEST(RenderCommand, HoldsNoMorePicturesThanItsStyleNeeds) {
+  constexpr int kLargeHeight = 360, kLargeWidth = 1024;
+  std::mt19937 rng(6);
+  const FakeWorld input(kLargeHeight, kLargeWidth, false, 0, rng);
+  FakeWorld output(input);
+  for (const auto& [roto, bytesPerPixel] :
+       {std::pair{1, 16}, {2, 20}, {4, 16}, {5, 34}, {6, 16}, {7, 16}, {8, 35}, {9, 16}}) {
+    FakeHost host;
+    ASSERT_EQ(PF_Err_NONE, host.DefineParams());
+    host.Param(kRoto).u.pd.value = roto;
+    FakeHandles::mostBytes = 0;
+    ASSERT_EQ(PF_Err_NONE, host.Render(input, output));
+    EXPECT_GE(bytesPerPixel, static_cast<double>(FakeHandles::mostBytes) / (kLargeHeight * kLargeWidth)) << roto;
+  }
+}
+
 TEST(RenderCommand, TellsThatAThreadFailed) {
   std::mt19937 rng(5);
   const FakeWorld input(52, kWidth, false, 0, rng);

@@ -100,24 +100,18 @@ TEST(Hsv, TakesAFullTurnForNone) {
   EXPECT_EQ((Pixel{200, 0, 0}), PixelAt(HsvToRgb(hue, saturation, value), 0, 0));
 }
 
-TEST(LumaChroma, KeepsTheRoundingInTheLumaAndComesBack) {
-  const FloatChannelSet red = RgbToLumaChroma(OnePixel({255, 0, 0}));
-  EXPECT_NEAR(54.713f, red.planes(0)(0, 0), 1e-4f);
-  EXPECT_NEAR(-0.2126f / 1.8556f, red.planes(1)(0, 0), 1e-6f);
-  EXPECT_NEAR(0.5f, red.planes(2)(0, 0), 1e-6f);
+TEST(Luma709, KeepsTheRoundingAndComesBack) {
+  EXPECT_NEAR(54.713f, FloatLuma709(OnePixel({255, 0, 0}))(0, 0), 1e-4f);
+  FloatPlane beyondWhite(1, 1);
+  beyondWhite = 300.0f;
+  EXPECT_EQ((Pixel{99, 255, 255}), PixelAt(WithLuma709(OnePixel({0, 255, 255}), beyondWhite), 0, 0));
 
   std::mt19937 rng(5);
   for (const int workers : {1, 3}) {
     StandaloneHost host(workers);
     const Plugin::HostScope scope(host);
     const ChannelSet picture = RandomPicture(31, 50, rng);
-    FloatChannelSet box = RgbToLumaChroma(picture);
-    box.planes(0) -= 0.5f;
-    EXPECT_EQ("", FirstDifference(picture, LumaChromaToRgb(box.planes(0), box.planes(1), box.planes(2))));
-    box.planes(0) = 300.0f;  // beyond white with any chroma that a picture has
-    box.planes(1) = 0.0f;
-    box.planes(2) = -0.5f;
-    EXPECT_EQ((Pixel{99, 255, 255}), PixelAt(LumaChromaToRgb(box.planes(0), box.planes(1), box.planes(2)), 0, 0));
+    EXPECT_EQ("", FirstDifference(picture, WithLuma709(picture, FloatPlane(FloatLuma709(picture) - 0.5f))));
   }
 }
 

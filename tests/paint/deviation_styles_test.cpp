@@ -107,8 +107,7 @@ FloatPlane SharpenedByDefinition(float p, const FloatPlane& plane) {
 
 TEST(BristleStyle, EqualsItsDefinitionWithAnyWorkers) {
   ForPictures([](const ChannelSet& picture, int spread) {
-    const FloatChannelSet box = RgbToLumaChroma(picture);
-    const FloatPlane& y = box.planes(0);
+    const FloatPlane y(FloatLuma709(picture));
     for (const int quality : {kFast, kHigh})
       for (const float presharpen : {1.0f, 11.0f, 101.0f}) {
         FloatPlane s(SharpenedByDefinition(presharpen, y));
@@ -118,7 +117,7 @@ TEST(BristleStyle, EqualsItsDefinitionWithAnyWorkers) {
         s = where(y - 96.0f > s, y, s);
         const BytePlane prepared(blitz::cast<unsigned char>(s + 0.5f));
         const FloatPlane painted(blitz::cast<float>(PaintByDefinition(prepared, spread, 1.5f, quality)));
-        ExpectWithAnyWorkers(LumaChromaToRgb(painted, box.planes(1), box.planes(2)),
+        ExpectWithAnyWorkers(WithLuma709(picture, painted),
                              [&] { return BristleStyle(presharpen, spread, 1.5f, quality, picture); });
       }
   });

@@ -56,8 +56,7 @@ BytePlane ChainByDefinition(bool darkFirst, int spread, BytePlane plane) {
 
 TEST(AirbrushStyle, EqualsItsDefinitionWithAnyWorkers) {
   ForPictures([](const ChannelSet& picture, int spread) {
-    const FloatChannelSet box = RgbToLumaChroma(picture);
-    const FloatPlane& y = box.planes(0);
+    const FloatPlane y(FloatLuma709(picture));
     const BytePlane truncated(blitz::cast<unsigned char>(y));
     const FloatPlane a(blitz::cast<float>(ChainByDefinition(true, spread, truncated)));
     const FloatPlane b(blitz::cast<float>(ChainByDefinition(false, spread, truncated)));
@@ -70,8 +69,7 @@ TEST(AirbrushStyle, EqualsItsDefinitionWithAnyWorkers) {
         f = y + push * (f - y);
         f = where(f > 255.0f, 255.0f, f);
         f = where(f < 0.0f, 0.0f, f);
-        ExpectWithAnyWorkers(LumaChromaToRgb(f, box.planes(1), box.planes(2)),
-                             [&] { return AirbrushStyle(spread, mix, push, picture); });
+        ExpectWithAnyWorkers(WithLuma709(picture, f), [&] { return AirbrushStyle(spread, mix, push, picture); });
       }
   });
 }

@@ -10,6 +10,8 @@
 namespace quentara {
 
 std::atomic<int> FakeHandles::live{0};
+std::atomic<std::size_t> FakeHandles::bytes{0};
+std::atomic<std::size_t> FakeHandles::mostBytes{0};
 std::atomic<int> FakeHandles::overlaps{0};
 std::atomic<int> FakeHandles::calls{0};
 std::atomic<int> FakeHandles::failAt{0};
@@ -37,12 +39,16 @@ bool FindsNoMemory() {
   return ++FakeHandles::calls == FakeHandles::failAt;
 }
 
-// The data is 8 bytes off an alignment of 16, as a host may have it.
+// The data is 8 bytes off an alignment of 16, as a host may have it, behind its size.
 PF_Handle NewHandle(A_HandleSize size) {
   const CallUnderWay call;
   if (FindsNoMemory()) return nullptr;
   char* const memory = static_cast<char*>(std::malloc(size + 8));
+  std::memcpy(memory, &size, sizeof size);
+  static_assert(sizeof size == 8);
   ++FakeHandles::live;
+  FakeHandles::bytes += size;
+  FakeHandles::mostBytes = std::max(FakeHandles::mostBytes.load(), FakeHandles::bytes.load());
   return new void*(memory + 8);
 }
 
@@ -52,7 +58,11 @@ void* LockHandle(PF_Handle handle) {
 
 void DisposeHandle(PF_Handle handle) {
   const CallUnderWay call;
-  std::free(static_cast<char*>(*handle) - 8);
+  char* const memory = static_cast<char*>(*handle) - 8;
+  A_HandleSize size = 0;
+  std::memcpy(&size, memory, sizeof size);
+  FakeHandles::bytes -= size;
+  std::free(memory);
   delete handle;
   --FakeHandles::live;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <random>
 #include <thread>
@@ -15,9 +16,11 @@ namespace quentara {
 /// The memory of all fake hosts of the process, whose callbacks do not say which host is meant.
 namespace FakeHandles {
 extern std::atomic<int> live;
-extern std::atomic<int> overlaps;  ///< calls that began while another was under way
-extern std::atomic<int> calls;     ///< of new and lock
-extern std::atomic<int> failAt;    ///< the call, counted from 1, that finds no memory; 0 for none
+extern std::atomic<std::size_t> bytes;
+extern std::atomic<std::size_t> mostBytes;  ///< at once, since the test set it; not to be used with several threads
+extern std::atomic<int> overlaps;           ///< calls that began while another was under way
+extern std::atomic<int> calls;              ///< of new and lock
+extern std::atomic<int> failAt;             ///< the call, counted from 1, that finds no memory; 0 for none
 /// Starts the count of calls anew.
 void FailAt(int call);
 }  // namespace FakeHandles
