@@ -7,8 +7,16 @@
 #include <immintrin.h>
 #include <stdint.h>
 
+// Small arrays of registers live in registers when the loops over them unroll. Sanitizers watch every access to them,
+// and long networks would take minutes to compile that way.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define BYTE_LANES_INLINE_METHOD inline
+#define BYTE_LANES_UNROLL
+#else
 #define BYTE_LANES_INLINE_METHOD inline __attribute__((always_inline))
-#define BYTE_LANES_INLINE static BYTE_LANES_INLINE_METHOD
+#define BYTE_LANES_UNROLL _Pragma("GCC unroll 512")
+#endif
+#define BYTE_LANES_INLINE [[maybe_unused]] static BYTE_LANES_INLINE_METHOD
 
 namespace quentara::KERNEL_TARGET {
 
@@ -61,6 +69,9 @@ BYTE_LANES_INLINE Bytes SaturatedDifference(Bytes a, Bytes b) {
 BYTE_LANES_INLINE Bytes Smaller(Bytes a, Bytes b) {
   return {LANES_OPERATION(min_epu8)(a.v, b.v)};
 }
+BYTE_LANES_INLINE Bytes Larger(Bytes a, Bytes b) {
+  return {LANES_OPERATION(max_epu8)(a.v, b.v)};
+}
 
 BYTE_LANES_INLINE Words EveryWord(int value) {
   return {LANES_OPERATION(set1_epi16)(static_cast<short>(value))};
@@ -87,6 +98,28 @@ BYTE_LANES_INLINE Words HighWords(Bytes a) {
 }
 BYTE_LANES_INLINE Bytes PackWords(Words low, Words high) {
   return {LANES_OPERATION(packus_epi16)(low.v, high.v)};
+}
+
+/// p[2 i] = even[i], p[2 i + 1] = odd[i].
+BYTE_LANES_INLINE void StoreInterleaved(Bytes even, Bytes odd, uint8_t* p) {
+  const Register low = LANES_OPERATION(unpacklo_epi8)(even.v, odd.v);
+  const Register high = LANES_OPERATION(unpackhi_epi8)(even.v, odd.v);
+#ifdef __AVX2__
+  StoreBytes({_mm256_permute2x128_si256(low, high, 0x20)}, p);
+  StoreBytes({_mm256_permute2x128_si256(low, high, 0x31)}, p + kByteLanes);
+#else
+  StoreBytes({low}, p);
+  StoreBytes({high}, p + kByteLanes);
+#endif
+}
+/// even[i] = p[2 i], odd[i] = p[2 i + 1].
+BYTE_LANES_INLINE void LoadInterleaved(const uint8_t* p, Bytes& even, Bytes& odd) {
+  const Register a = LoadBytes(p).v, b = LoadBytes(p + kByteLanes).v, low = EveryWord(0xff).v;
+  even = PackWords({LANES_REGISTER(and)(a, low)}, {LANES_REGISTER(and)(b, low)});
+  odd = PackWords({LANES_OPERATION(srli_epi16)(a, 8)}, {LANES_OPERATION(srli_epi16)(b, 8)});
+#ifdef __AVX2__
+  even.v = _mm256_permute4x64_epi64(even.v, 0xd8), odd.v = _mm256_permute4x64_epi64(odd.v, 0xd8);
+#endif
 }
 
 /// Unsigned words as floats.

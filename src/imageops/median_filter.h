@@ -4,8 +4,9 @@
 /// number of samples. Both filters run on the calling thread; a result depends on rows up to `radius` away, so
 /// `FilterInBands(radius, ...)` spreads them over the workers without changing a byte.
 ///
-/// Method: column histograms in two levels, after Perreault and Hebert, "Median filtering in constant time" (2007): the
-/// cost per pixel does not grow with the radius.
+/// Method: small windows by sorting networks, see median_networks.h; larger ones by column histograms in two levels,
+/// after Perreault and Hebert, "Median filtering in constant time" (2007), whose cost per pixel does not grow with the
+/// radius.
 #pragma once
 
 #include "render/plane.h"

@@ -2,6 +2,7 @@
 /// that is faster for a while and then meets the limit of its counters ends at the limit.
 #pragma once
 
+#include "imageops/window_kernels.h"
 #include "imageops/window_reach.h"
 
 namespace quentara {
@@ -11,6 +12,11 @@ constexpr int kMostSamplesOfDirectMean = 23 * 23;       ///< range mean, square 
 constexpr int kMostSamplesOfDirectDeviation = 21 * 21;  ///< mean deviation
 constexpr int kMostRadiusOfDirectDiamondMedian = 10;    ///< a byte counts the samples
 constexpr int kMostRadiusOfDirectDiamondDeviation = 30;
+
+/// Median by sorting networks, which need a plane that is larger than the window.
+inline bool PrefersNetworks(int radius, int height, int width) {
+  return radius >= 1 && radius <= kMostNetworkRadius && height > 2 * radius && width > 2 * radius;
+}
 
 /// Range mean by direct sums: a byte counts the samples of a row or column, 16 bits hold the sum of the distances.
 inline bool PrefersDirectMean(WindowReach reach, int limit) {

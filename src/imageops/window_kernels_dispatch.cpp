@@ -6,12 +6,14 @@ namespace baseline {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels;
 extern const DirectKernels kDirectKernels;
+extern const MedianKernels kMedianKernels;
 }  // namespace baseline
 
 namespace avx2 {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels;
 extern const DirectKernels kDirectKernels;
+extern const MedianKernels kMedianKernels;
 }  // namespace avx2
 
 namespace {
@@ -22,8 +24,9 @@ thread_local const WindowKernels* chosen = nullptr;
 
 const std::vector<const WindowKernels*>& RunnableKernels() {
   static const WindowKernels plain = {"baseline", baseline::kColumnKernels, baseline::kHistogramKernels,
-                                      baseline::kDirectKernels};
-  static const WindowKernels wide = {"avx2", avx2::kColumnKernels, avx2::kHistogramKernels, avx2::kDirectKernels};
+                                      baseline::kDirectKernels, baseline::kMedianKernels};
+  static const WindowKernels wide = {"avx2", avx2::kColumnKernels, avx2::kHistogramKernels, avx2::kDirectKernels,
+                                     avx2::kMedianKernels};
   static const std::vector<const WindowKernels*> runnable = [] {
     std::vector<const WindowKernels*> sets = {&plain};
     __builtin_cpu_init();

@@ -25,15 +25,18 @@ struct Case {
   int height, width, radius;
 };
 
-// Every relation of plane and window: single samples, lines, planes smaller than the window, several strips of columns,
-// and the large radii at which the counters of a column or of a window are at their limits.
+// Every relation of plane and window: single samples, lines, planes smaller than the window, several strips of columns
+// and blocks of tiles, and the large radii at which the counters of a column or of a window are at their limits.
 std::vector<Case> Cases() {
   std::vector<Case> cases;
   for (const auto& [height, width] :
        {std::pair{1, 1}, {1, 19}, {17, 1}, {2, 2}, {3, 40}, {6, 5}, {33, 40}, {21, 70}, {3, 600}})
-    for (int radius = 0; radius <= 8; ++radius) cases.push_back({height, width, radius});
+    for (int radius = 0; radius <= 9; ++radius) cases.push_back({height, width, radius});
   for (const int radius : {30, 60, 91, 110, 128, 140}) cases.push_back({8, 23, radius});
-  cases.insert(cases.end(), {{38, 45, 10},
+  cases.insert(cases.end(), {{3, 1400, 1},
+                             {7, 475, 3},
+                             {18, 340, 8},
+                             {38, 45, 10},
                              {38, 75, 11},
                              {38, 45, 17},
                              {61, 66, 30},

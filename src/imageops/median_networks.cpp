@@ -1,0 +1,91 @@
+#include "imageops/median_networks.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstddef>
+#include <vector>
+
+#include "imageops/window_kernels_dispatch.h"
+#include "render/scratch.h"
+
+namespace quentara {
+namespace {
+
+using Sample = unsigned char;
+
+// The networks know whole windows only. So beyond an edge lie samples that do not move the median: blacks and whites,
+// in turns half of a window's side rounded down and up. They recur with the side, so that every window has as many of
+// them.
+Sample Padding(int radius, int distance, int place) {
+  const int blacks = distance % 2 == 1 ? radius : radius + 1;
+  return place % (2 * radius + 1) < blacks ? 0 : 255;
+}
+
+/// The rows behind two rows of pixels, padded and split into even and odd columns.
+class SplitRows {
+ public:
+  SplitRows(int radius, const BytePlane& plane)
+      : radius_(radius),
+        count_(2 * radius + 2),
+        plane_(plane),
+        width_(plane.cols() / 2 + radius + 1),
+        pitch_((width_ + 31) / 32 * 32),
+        padded_(static_cast<std::size_t>(2 * pitch_)),
+        samples_(static_cast<std::size_t>(2 * pitch_ * count_)),
+        even_(static_cast<std::size_t>(count_)),
+        odd_(even_) {
+    for (int i = 0; i < count_ - 2; ++i) Load(i - radius_);
+  }
+
+  int pitch() const { return pitch_; }
+
+  // Turns to the rows behind pixels of rows y and y + 1, which follow those of y - 2 and y - 1.
+  TileRow StepTo(int y, Sample* upper, Sample* lower) {
+    Load(y + radius_), Load(y + radius_ + 1);
+    for (int i = 0; i < count_; ++i) {
+      const auto place = static_cast<std::size_t>(i);
+      even_[place] = Place(y - radius_ + i), odd_[place] = even_[place] + pitch_;
+    }
+    return {even_.data(), odd_.data(), width_, upper, lower};
+  }
+
+ private:
+  Sample* Place(int y) { return samples_.data() + 2 * pitch_ * ((y + radius_) % count_); }
+
+  void Load(int y) {
+    Sample* const row = padded_.data() + radius_;
+    const int width = plane_.cols(), height = plane_.rows();
+    if (y >= 0 && y < height) {
+      std::copy_n(quentara::Row(plane_, y), width, row);
+      for (int d = 1; d <= radius_; ++d) row[-d] = row[width - 1 + d] = Padding(radius_, d, y);
+    } else {
+      for (int x = 0; x < width; ++x) row[x] = Padding(radius_, y < 0 ? -y : y - height + 1, x);
+    }
+    Sample* const even = Place(y);
+    ActiveKernels().median.splitColumns(padded_.data(), even, even + pitch_, width_);
+  }
+
+  const int radius_, count_;
+  const BytePlane& plane_;
+  const int width_, pitch_;
+  Scratch<Sample> padded_, samples_;
+  std::vector<const Sample*> even_, odd_;
+};
+
+}  // namespace
+
+void MedianFromNetworks(int radius, const BytePlane& plane, BytePlane& result) {
+  assert(radius >= 1 && radius <= kMostNetworkRadius && std::min(plane.rows(), plane.cols()) > 2 * radius);
+  SplitRows rows(radius, plane);
+  const auto medianOfTiles = ActiveKernels().median.medianOfTiles[radius];
+  Scratch<Sample> medians(static_cast<std::size_t>(4 * rows.pitch()));
+  Sample* const upper = medians.data();
+  Sample* const lower = upper + 2 * rows.pitch();
+  for (int y = 0; y < plane.rows(); y += 2) {
+    medianOfTiles(rows.StepTo(y, upper, lower));
+    std::copy_n(upper + 2 * radius, plane.cols(), Row(result, y));
+    if (y + 1 < plane.rows()) std::copy_n(lower + 2 * radius, plane.cols(), Row(result, y + 1));
+  }
+}
+
+}  // namespace quentara

@@ -1,0 +1,242 @@
+// Built once per instruction set; the build sets KERNEL_TARGET and the flags.
+//
+// Sorting networks on bytes side by side, after Adams, "Fast median filters using separable sorting networks" (2021).
+// A lane holds a tile of 2 x 2 pixels: their windows share all samples but one column on the left or right and one row
+// above or below. Sorted columns are merged to pairs of columns, pairs to wider and wider runs, and all tiles whose
+// windows hold a run take it from memory. Of each run only those samples are kept that can still be the median.
+// A comparison whose result nobody takes is left out by the compiler, as everything but the loops over lanes unrolls.
+#include "imageops/byte_lanes.h"
+#include "imageops/window_kernels.h"
+
+namespace quentara::KERNEL_TARGET {
+namespace {
+
+template <int n>
+struct Sorted {
+  Bytes at[n];
+};
+
+template <int parity, int n>
+BYTE_LANES_INLINE auto EverySecond(const Sorted<n>& list) {
+  Sorted<(n + 1 - parity) / 2> half;
+  BYTE_LANES_UNROLL
+  for (int i = 0; i < (n + 1 - parity) / 2; ++i) half.at[i] = list.at[2 * i + parity];
+  return half;
+}
+
+/// Batcher's odd-even merge (1968).
+template <int n, int m>
+BYTE_LANES_INLINE Sorted<n + m> Merged(const Sorted<n>& a, const Sorted<m>& b) {
+  Sorted<n + m> all;
+  if constexpr (n == 1 && m == 1) {
+    all.at[0] = Smaller(a.at[0], b.at[0]);
+    all.at[1] = Larger(a.at[0], b.at[0]);
+  } else {
+    constexpr int kOdd = n / 2 + m / 2, kEven = n + m - kOdd;
+    const Sorted<kEven> even = Merged(EverySecond<0>(a), EverySecond<0>(b));
+    Sorted<kOdd> odd;
+    if constexpr (n == 1)
+      odd = EverySecond<1>(b);
+    else if constexpr (m == 1)
+      odd = EverySecond<1>(a);
+    else
+      odd = Merged(EverySecond<1>(a), EverySecond<1>(b));
+    all.at[0] = even.at[0];
+    BYTE_LANES_UNROLL
+    for (int i = 0; i < kOdd; ++i)
+      if (i + 1 < kEven) {
+        all.at[2 * i + 1] = Smaller(odd.at[i], even.at[i + 1]);
+        all.at[2 * i + 2] = Larger(odd.at[i], even.at[i + 1]);
+      } else {
+        all.at[2 * i + 1] = odd.at[i];
+      }
+    if constexpr (kEven > kOdd + 1) all.at[n + m - 1] = even.at[kEven - 1];
+  }
+  return all;
+}
+
+template <int n>
+BYTE_LANES_INLINE Sorted<n> SortedColumn(const uint8_t* const* rows, int x) {
+  if constexpr (n == 1) {
+    return {{LoadBytes(rows[0] + x)}};
+  } else {
+    constexpr int kFirst = n > 8 ? 8 : n > 4 ? 4 : n > 2 ? 2 : 1;
+    return Merged(SortedColumn<kFirst>(rows, x), SortedColumn<n - kFirst>(rows + kFirst, x));
+  }
+}
+
+/// The middle ones of a list.
+template <int kept, int n>
+BYTE_LANES_INLINE Sorted<kept> Middle(const Sorted<n>& list) {
+  Sorted<kept> middle;
+  BYTE_LANES_UNROLL
+  for (int i = 0; i < kept; ++i) middle.at[i] = list.at[(n - kept) / 2 + i];
+  return middle;
+}
+
+/// The median of two lists, one a sample longer than the other.
+template <int n>
+BYTE_LANES_INLINE Bytes MedianOf(const Sorted<n + 1>& a, const Sorted<n>& b) {
+  Bytes median = a.at[n];
+  BYTE_LANES_UNROLL
+  for (int i = 0; i < n; ++i) median = Smaller(median, Larger(a.at[i], b.at[n - 1 - i]));
+  return median;
+}
+
+/// Tiles that go through all steps before the next ones do, so that their lists stay in the nearest cache.
+constexpr int Block(int radius) {
+  const int vectors = 640 / (kByteLanes * radius);
+  return (vectors > 2 ? vectors : 2) * kByteLanes;
+}
+
+/// Sorted lists of a block of tiles and of the lanes before it. Lane x is the one x lanes behind the block's first.
+template <int n, int block>
+class Lists {
+ public:
+  BYTE_LANES_INLINE_METHOD Sorted<n> At(int x) const {
+    Sorted<n> list;
+    BYTE_LANES_UNROLL
+    for (int i = 0; i < n; ++i) list.at[i] = LoadBytes(samples_[i] + kByteLanes + x);
+    return list;
+  }
+  BYTE_LANES_INLINE_METHOD void Store(const Sorted<n>& list, int x) {
+    BYTE_LANES_UNROLL
+    for (int i = 0; i < n; ++i) StoreBytes(list.at[i], samples_[i] + kByteLanes + x);
+  }
+  void Shift() {
+    for (int i = 0; i < n; ++i) StoreBytes(LoadBytes(samples_[i] + block), samples_[i]);
+  }
+
+ private:
+  alignas(kByteLanes) uint8_t samples_[n][kByteLanes + block] = {};
+};
+
+/// How many of so many samples of a window can be its median.
+constexpr int Kept(int radius, int samples) {
+  const int others = (2 * radius + 1) * (2 * radius + 1) - samples;
+  return samples < others + 1 ? samples : others + 1;
+}
+
+/// Runs of 2 * pairs columns of so many rows, sorted. Lane x has the run that ends with pair x.
+template <int radius, int rows, int pairs>
+class Runs {
+ public:
+  void Step(const uint8_t* const* even, const uint8_t* const* odd, int width) {
+    parts_.Step(even, odd, width);
+    if constexpr (kFirst > 1)
+      for (int x = 0; x < width; x += kByteLanes) first_.Store(parts_.At(x), x);
+  }
+  void Shift() {
+    parts_.Shift();
+    if constexpr (kFirst > 1) first_.Shift();
+  }
+
+  BYTE_LANES_INLINE_METHOD auto At(int x) const {
+    return Middle<Kept(radius, 2 * pairs * rows)>(Merged(Stored<kFirst>(x - kRest), Stored<kRest>(x)));
+  }
+  BYTE_LANES_INLINE_METHOD Sorted<rows> EvenColumn(int x) const { return parts_.EvenColumn(x); }
+  BYTE_LANES_INLINE_METHOD Sorted<rows> OddColumn(int x) const { return parts_.OddColumn(x); }
+
+  template <int n>
+  BYTE_LANES_INLINE_METHOD auto Stored(int x) const {
+    if constexpr (n == kFirst && n > 1)
+      return first_.At(x);
+    else
+      return parts_.template Stored<n>(x);
+  }
+
+ private:
+  static constexpr int kFirst = pairs % 2 == 0 ? pairs / 2 : pairs - 1, kRest = pairs - kFirst;
+
+  Runs<radius, rows, kFirst> parts_;
+  Lists<Kept(radius, 2 * kFirst * rows), Block(radius)> first_;
+};
+
+/// Pair x is an odd column and the even one behind it, number x of the even ones.
+template <int radius, int rows>
+class Runs<radius, rows, 1> {
+ public:
+  void Step(const uint8_t* const* even, const uint8_t* const* odd, int width) {
+    for (int x = 0; x < width; x += kByteLanes) even_.Store(SortedColumn<rows>(even, x), x);
+    for (int x = 0; x < width; x += kByteLanes) odd_.Store(SortedColumn<rows>(odd, x), x);
+    if constexpr (radius > 1)
+      for (int x = 0; x < width; x += kByteLanes) pairs_.Store(At(x), x);
+  }
+  void Shift() {
+    even_.Shift(), odd_.Shift();
+    if constexpr (radius > 1) pairs_.Shift();
+  }
+
+  BYTE_LANES_INLINE_METHOD Sorted<2 * rows> At(int x) const { return Merged(OddColumn(x - 1), EvenColumn(x)); }
+  BYTE_LANES_INLINE_METHOD Sorted<rows> EvenColumn(int x) const { return even_.At(x); }
+  BYTE_LANES_INLINE_METHOD Sorted<rows> OddColumn(int x) const { return odd_.At(x); }
+  template <int n>
+  BYTE_LANES_INLINE_METHOD Sorted<2 * rows> Stored(int x) const {
+    static_assert(n == 1);
+    return pairs_.At(x);
+  }
+
+ private:
+  Lists<rows, Block(radius)> even_, odd_;
+  Lists<2 * rows, Block(radius)> pairs_;
+};
+
+template <int radius>
+class Tiles {
+ public:
+  // Lane x: the tile whose windows end with the even column of pair x and the odd one behind it.
+  void Step(const TileRow& row, int start, int width) {
+    const uint8_t *even[kRows], *odd[kRows];
+    for (int i = 0; i < kRows; ++i) even[i] = row.even[i] + start, odd[i] = row.odd[i] + start;
+    shared_.Step(even + 1, odd + 1, width);
+    upper_.Step(even, odd, width);
+    lower_.Step(even + kRows - 1, odd + kRows - 1, width);
+    for (int x = 0; x < width; x += kByteLanes) {
+      const auto shared = shared_.At(x);
+      left_.Store(Middle<kWide>(Merged(shared, shared_.EvenColumn(x - radius))), x);
+      right_.Store(Middle<kWide>(Merged(shared, shared_.OddColumn(x))), x);
+    }
+    for (int x = 0; x < width; x += kByteLanes) StoreMedians(upper_, x, row.upper + 2 * (start + x));
+    for (int x = 0; x < width; x += kByteLanes) StoreMedians(lower_, x, row.lower + 2 * (start + x));
+    shared_.Shift(), upper_.Shift(), lower_.Shift();
+  }
+
+ private:
+  static constexpr int kRows = 2 * radius + 2, kWide = Kept(radius, 2 * radius * (2 * radius + 1));
+  using Line = Runs<radius, 1, radius>;
+
+  BYTE_LANES_INLINE_METHOD void StoreMedians(const Line& line, int x, uint8_t* out) const {
+    const Sorted<2 * radius> shared = line.At(x);
+    const Bytes left = MedianOf(left_.At(x), Merged(shared, line.EvenColumn(x - radius)));
+    const Bytes right = MedianOf(right_.At(x), Merged(shared, line.OddColumn(x)));
+    StoreInterleaved(left, right, out);
+  }
+
+  Runs<radius, 2 * radius, radius> shared_;
+  Line upper_, lower_;
+  Lists<kWide, Block(radius)> left_, right_;
+};
+
+template <int radius>
+void MedianOfTiles(const TileRow& row) {
+  constexpr int kBlock = Block(radius);
+  Tiles<radius> tiles;
+  for (int x = 0; x < row.width; x += kBlock) tiles.Step(row, x, row.width - x < kBlock ? row.width - x : kBlock);
+}
+
+void SplitColumns(const uint8_t* samples, uint8_t* even, uint8_t* odd, int width) {
+  for (int x = 0; x < width; x += kByteLanes) {
+    Bytes evens, odds;
+    LoadInterleaved(samples + 2 * x, evens, odds);
+    StoreBytes(evens, even + x), StoreBytes(odds, odd + x);
+  }
+}
+
+}  // namespace
+
+extern const MedianKernels kMedianKernels;
+const MedianKernels kMedianKernels = {SplitColumns,
+                                      {nullptr, MedianOfTiles<1>, MedianOfTiles<2>, MedianOfTiles<3>, MedianOfTiles<4>,
+                                       MedianOfTiles<5>, MedianOfTiles<6>, MedianOfTiles<7>, MedianOfTiles<8>}};
+
+}  // namespace quentara::KERNEL_TARGET
