@@ -40,16 +40,26 @@ void CheckCommand(const CLI::App& program, int argc, char** argv) {
   throw UsageError("there is no command \"" + word + "\", but there are: " + Joined(names));
 }
 
+/// Makes the help speak of commands, as its own texts do.
+void SetWords(CLI::FormatterBase& help) {
+  help.column_width(34);
+  help.label("SUBCOMMAND", "COMMAND");
+  help.label("Positionals", "Input");
+  help.label("REQUIRED", "(required)");
+  help.label("Excludes", "not with");
+}
+
 int Run(int argc, char** argv) {
   CLI::App program("Turns footage into drawn and painted pictures.", "quentara");
   program.add_flag_callback("--version", PrintVersion, "Print the versions of the program and the effect and exit");
   program.set_help_flag("-h,--help", "Print this help and exit");
   program.require_subcommand(1);
-  program.get_formatter()->column_width(34);
+  SetWords(*program.get_formatter());
   AddRenderCommand(program);
   AddSheetCommand(program);
   AddPresetsCommand(program);
   AddParamsCommand(program);
+  for (CLI::App* command : program.get_subcommands({})) command->group("Commands");
   program.footer(
       "\"quentara COMMAND --help\" tells more. Exit status: 0 done, 2 usage, 3 input, 4 output, 5 the effect "
       "failed,\n128 + signal when interrupted.");

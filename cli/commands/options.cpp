@@ -32,19 +32,24 @@ void EffectOptions::AddTo(CLI::App& command) {
           "Set the parameters of a preset, before any --set: a\nfile, or a name that \"quentara presets\" lists. "
           "May be\nrepeated")
       ->type_name("FILE.json|NAME")
-      ->allow_extra_args(false);
+      ->allow_extra_args(false)
+      ->group(kParameters);
   command
       .add_option(
           "--set", assignments,
           "Set a parameter: \"Flat Shaded/Flatness=14\", or by its\nnumber 7=14; \"quentara params\" lists them. "
           "May be repeated")
       ->type_name("\"GROUP/NAME=VALUE\"")
-      ->allow_extra_args(false);
-  command.add_option("--effect", effectPath, "The effect's library [beside this program]")->type_name("FILE");
+      ->allow_extra_args(false)
+      ->group(kParameters);
+  command.add_option("--effect", effectPath, "The effect's library [beside this program]")
+      ->type_name("FILE")
+      ->group("Effect");
   command
       .add_option("--host-version", hostVersion,
                   "Stand in for a host of this interface version [13.27];\nbelow 12.12 there are no groups")
-      ->type_name("MAJOR.MINOR");
+      ->type_name("MAJOR.MINOR")
+      ->group("Effect");
 }
 
 std::unique_ptr<Effect> EffectOptions::LoadEffect() const {
@@ -68,7 +73,8 @@ ParameterValues EffectOptions::Values(const ParameterTable& table) const {
 
 void PresetSaving::AddTo(CLI::App& command) {
   command.add_option("--save-preset", path, "Keep the parameters that differ from their defaults\nas a preset")
-      ->type_name("FILE.json");
+      ->type_name("FILE.json")
+      ->group(kParameters);
 }
 
 void PresetSaving::Save(const Effect& effect, const ParameterValues& values, bool overwrite) const {
@@ -80,9 +86,9 @@ RunOptions::RunOptions() : threads(static_cast<int>(std::clamp(std::thread::hard
 
 void RunOptions::AddTo(CLI::App& command) {
   command.add_flag("-y,--overwrite", overwrite, "Replace an output that exists");
-  command.add_option("--threads", threads, "Workers in all [all processors]")
+  command.add_option("--threads", threads, "Workers in all, 1 to 256 [all processors]")
       ->type_name("N")
-      ->check(CLI::Range(1, 256));
+      ->check(CLI::Range(1, 256).description(""));
   command.add_flag("-q,--quiet", quiet, "Show no progress");
 }
 

@@ -11,6 +11,9 @@
 
 namespace quentara::cli {
 
+/// Heading of the options for parameters in a command's help.
+constexpr const char* kParameters = "Parameters";
+
 /// Which effect, on which host, with which parameters.
 struct EffectOptions {
   std::string effectPath;

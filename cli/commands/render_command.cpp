@@ -174,7 +174,7 @@ void AddRenderCommand(CLI::App& program) {
     return command->add_option(names, text, description)->type_name(type);
   };
   add("input", options->input,
-      "A picture (PNG, JPEG, TIFF, PPM), a sequence of them\n(frame.%04d.png, frame.####.png) or a video", "INPUT")
+      "A picture (PNG, JPEG, TIFF, PPM), a sequence of them\n(frame.%04d.png, frame.####.png) or a video", "")
       ->required();
   add("-o,--output", options->output, "Where to; the extension says what is written", "OUTPUT")->required();
   options->run.AddTo(*command);
@@ -182,13 +182,14 @@ void AddRenderCommand(CLI::App& program) {
       ->add_option("--jobs", options->jobs,
                    "Frames rendered at once; they share the workers\n[one for each worker, while memory lasts]")
       ->type_name("N")
-      ->check(CLI::Range(1, 256));
+      ->check(CLI::Range(1, 256).description(""));
   options->effect.AddTo(*command);
   options->preset.AddTo(*command);
   add("--animate", options->animation,
       "Change parameters over time, whatever --preset and\n--set say; for each a list of keys:\n"
       "{\"Flat Shaded/Flatness\": [{\"frame\": 1, \"value\": 0},\n {\"frame\": 49, \"value\": 40}]}",
-      "FILE.json");
+      "FILE.json")
+      ->group(kParameters);
   add("--frames", options->frames, "Only these frames: 1-100, 1-100x2 (every second)\nor 1,5,20-30", "RANGE");
   CLI::Option* preview =
       add("--preview", options->preview, "Reduce the frames to this fraction, such as 1/2;\nradii follow", "N/D");

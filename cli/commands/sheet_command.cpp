@@ -112,7 +112,9 @@ std::vector<PictureSection> PaintSections(const std::vector<TileSection>& sectio
 std::string TitleOf(const SheetOptions& options, const media::Frame& frame) {
   std::string title = std::filesystem::path(options.input).filename().string();
   if (frame.number != 1 || options.frame) title += ", frame " + std::to_string(frame.number);
-  if (!options.effect.assignments.empty()) title += ": " + Joined(options.effect.assignments);
+  std::vector<std::string> settings = options.effect.presets;
+  settings.insert(settings.end(), options.effect.assignments.begin(), options.effect.assignments.end());
+  if (!settings.empty()) title += ": " + Joined(settings);
   return title;
 }
 
@@ -158,7 +160,7 @@ void AddSheetCommand(CLI::App& program) {
       program.add_subcommand("sheet", "Show a frame in every paint style, outline and pattern, in one picture");
   const auto options = std::make_shared<SheetOptions>();
   command->add_option("input", options->input, "A picture, a numbered sequence or a video, as \"render\" takes it")
-      ->type_name("INPUT")
+      ->type_name("")
       ->required();
   command->add_option("-o,--output", options->output, "The sheet: a picture (.png .jpg .tif .ppm)")
       ->type_name("OUTPUT")
@@ -167,14 +169,17 @@ void AddSheetCommand(CLI::App& program) {
   options->effect.AddTo(*command);
   command->add_option("--frame", options->frame, "Which frame [the first]; of a video counted from 1")
       ->type_name("N")
-      ->check(CLI::NonNegativeNumber);
-  command->add_option("--tile", options->tileWidth, "Width of a tile in pixels [480]; a narrower frame\nkeeps its own")
+      ->check(CLI::NonNegativeNumber.description(""));
+  command
+      ->add_option("--tile", options->tileWidth,
+                   "Width of a tile in pixels, 16 to 4096 [480]; a\nnarrower frame keeps its own")
       ->type_name("WIDTH")
-      ->check(CLI::Range(16, 4096));
+      ->check(CLI::Range(16, 4096).description(""));
   command->add_option("--columns", options->columns, "Tiles in a row [as many as suit a screen]")
       ->type_name("N")
-      ->check(CLI::Range(1, 1000));
-  command->add_flag("--presets", options->presets, "Show the presets that come with the program instead");
+      ->check(CLI::Range(1, 1000).description(""));
+  command->add_flag("--presets", options->presets,
+                    "Show the presets that come with the program\ninstead of styles, outlines and patterns");
   command->footer(
       "The styles are shown without outlines and patterns, and each outline and pattern alone over the style set by\n"
       "--set \"Roto=...\". Any other --set holds for all tiles. The frame is reduced before it is painted and radii\n"
