@@ -21,7 +21,7 @@ bool FitsColumnHistograms(WindowReach reach, int height, int width);
 
 class ColumnHistograms {
  public:
-  static constexpr int kStrip = 512;  ///< pixels: the counters of a strip stay in the second-level cache
+  static constexpr int kStrip = kMostPixels;  ///< pixels: the counters of a strip stay in the second-level cache
 
   ColumnHistograms(WindowReach reach, const BytePlane& values, CountersKind kind);
 

@@ -1,20 +1,12 @@
 // Built once per instruction set; the build sets KERNEL_TARGET and the flags.
 //
-// The read-outs of the strip engine: what each filter makes of the histogram of a window. A row is taken in blocks of
-// pixels for which the window tracks the same segments, those that the block's read-outs ask for.
+// The read-outs of the strip engine: what each filter makes of the histogram of a window.
 #include "imageops/histogram_window.h"
 #include "imageops/lanes.h"
 #include "imageops/window_kernels.h"
 
 namespace quentara::KERNEL_TARGET {
 namespace {
-
-constexpr int kBlock = 32;
-
-template <class Block>
-LANES_INLINE void ForBlocks(int width, const Block& block) {
-  for (int x = 0; x < width; x += kBlock) block(x, Smaller(x + kBlock, width));
-}
 
 struct Extent {
   int least, most;
@@ -29,34 +21,48 @@ LANES_INLINE Extent ExtentOf(const uint8_t* values, int from, int to) {
   return {least, most};
 }
 
+// Walks a row in blocks of pixels whose read-outs touch few segments; touched(x, end) says which those are.
+template <class Touched, class Read>
+LANES_INLINE void WalkRow(int width, FineLevel& fine, const Touched& touched, const Read& read) {
+  constexpr int kMost = 32, kLeast = 8, kFew = 6;
+  for (int x = 0, end = 0; x < width; x = end) {
+    end = Smaller(x + kMost, width);
+    Extent segments = touched(x, end);
+    while (segments.most - segments.least >= kFew && end - x > kLeast) {
+      end = x + Larger((end - x) / 2, kLeast);
+      segments = touched(x, end);
+    }
+    fine.Track(x, segments.least, segments.most);
+    fine.Walk(x, end, read);
+  }
+}
+
+LANES_INLINE auto SegmentsOfRanges(const uint8_t* lowest, const uint8_t* highest) {
+  return [=](int x, int end) {
+    return Extent{ExtentOf(lowest, x, end).least / 16, ExtentOf(highest, x, end).most / 16};
+  };
+}
+
 void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {
   CoarseLevel coarse(row);
   FineLevel fine(row);
-  ForBlocks(row.width, [&](int x, int end) {
-    uint8_t segments[kBlock];
-    int inSegment[kBlock];
-    for (int i = x; i < end; ++i) {
-      const int rank = ranks[i] - kBias;
-      const size_t segment = coarse.SegmentOfRank(rank);
-      segments[i - x] = static_cast<uint8_t>(segment);
-      inSegment[i - x] = rank - coarse.Below(segment) - kBias;
-      coarse.Step();
-    }
-    const Extent touched = ExtentOf(segments, 0, end - x);
-    fine.Track(x, touched.least, touched.most);
-    fine.Walk(x, end,
-              [&](int i) { out[i] = static_cast<uint8_t>(fine.ValueOfRank(segments[i - x], inSegment[i - x])); });
-  });
+  uint8_t segments[kMostPixels];
+  int inSegment[kMostPixels];
+  for (int x = 0; x < row.width; ++x) {
+    const int rank = ranks[x] - kBias;
+    const size_t segment = coarse.SegmentOfRank(rank);
+    segments[x] = static_cast<uint8_t>(segment);
+    inSegment[x] = rank - coarse.Below(segment) - kBias;
+    coarse.Step();
+  }
+  WalkRow(
+      row.width, fine, [&](int x, int end) { return ExtentOf(segments, x, end); },
+      [&](int x) { out[x] = static_cast<uint8_t>(fine.ValueOfRank(segments[x], inSegment[x])); });
 }
 
 // With b samples below a range and e up to its end, its lower median has rank b + (e - b - 1) / 2.
 LANES_INLINE int RankOfLowerMedian(int below, int upTo) {
   return (below + upTo - 1) >> 1;
-}
-
-// Tracks the segments of lowest[x] .. highest[x], together for the block's pixels.
-LANES_INLINE void TrackRanges(const uint8_t* lowest, const uint8_t* highest, int x, int end, FineLevel& fine) {
-  fine.Track(x, ExtentOf(lowest, x, end).least / 16, ExtentOf(highest, x, end).most / 16);
 }
 
 // In a line down a column the histogram of the column is the window's.
@@ -81,17 +87,14 @@ void RangeMedian(const HistogramRow& row, const uint8_t* lowest, const uint8_t* 
   if (row.side == 1) return RangeMedianOfColumns(row, lowest, highest, out);
   CoarseLevel coarse(row);
   FineLevel fine(row);
-  ForBlocks(row.width, [&](int x, int end) {
-    TrackRanges(lowest, highest, x, end, fine);
-    fine.Walk(x, end, [&](int i) {
-      const size_t first = lowest[i], past = highest[i] + size_t{1};
-      const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
-      const int upTo = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias;
-      const int rank = RankOfLowerMedian(below, upTo) - kBias;
-      const size_t segment = coarse.SegmentOfRank(rank);
-      out[i] = static_cast<uint8_t>(fine.ValueOfRank(segment, rank - coarse.Below(segment) - kBias));
-      coarse.Step();
-    });
+  WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest), [&](int x) {
+    const size_t first = lowest[x], past = highest[x] + size_t{1};
+    const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
+    const int upTo = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias;
+    const int rank = RankOfLowerMedian(below, upTo) - kBias;
+    const size_t segment = coarse.SegmentOfRank(rank);
+    out[x] = static_cast<uint8_t>(fine.ValueOfRank(segment, rank - coarse.Below(segment) - kBias));
+    coarse.Step();
   });
 }
 
@@ -111,42 +114,35 @@ void RangeMean(const HistogramRow& row, const uint8_t* lowest, const uint8_t* hi
   CoarseLevel coarse(row);
   FineLevel fine(row);
   DistanceLevel distances(row);
-  ForBlocks(row.width, [&](int x, int end) {
-    TrackRanges(lowest, highest, x, end, fine);
-    int sums[kBlock], counts[kBlock];
-    fine.Walk(x, end, [&](int i) {
-      const size_t first = lowest[i], past = highest[i] + size_t{1};
-      const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
-      const int count = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias - below;
-      const DistanceBelow upTo(fine, coarse, distances, past), upToFirst(fine, coarse, distances, first);
-      const int belowRange = upToFirst.sum + static_cast<int>(past - first) * below;
-      const int distance = upTo.sum - belowRange + Total(upTo.inSegment - upToFirst.inSegment);
-      counts[i - x] = count, sums[i - x] = static_cast<int>(past) * count - distance;
-      coarse.Step(), distances.Step();
-    });
-    for (int i = x; i < end; ++i)
-      out[i] = static_cast<uint8_t>(
-          static_cast<int>(static_cast<float>(sums[i - x]) / static_cast<float>(counts[i - x]) + 0.5f));
+  int sums[kMostPixels], counts[kMostPixels];
+  WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest), [&](int x) {
+    const size_t first = lowest[x], past = highest[x] + size_t{1};
+    const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
+    const int count = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias - below;
+    const DistanceBelow upTo(fine, coarse, distances, past), upToFirst(fine, coarse, distances, first);
+    const int belowRange = upToFirst.sum + static_cast<int>(past - first) * below;
+    const int distance = upTo.sum - belowRange + Total(upTo.inSegment - upToFirst.inSegment);
+    counts[x] = count, sums[x] = static_cast<int>(past) * count - distance;
+    coarse.Step(), distances.Step();
   });
+  for (int x = 0; x < row.width; ++x)
+    out[x] = static_cast<uint8_t>(static_cast<int>(static_cast<float>(sums[x]) / static_cast<float>(counts[x]) + 0.5f));
 }
 
 void Deviation(const HistogramRow& row, const uint8_t* medians, float* out) {
   CoarseLevel coarse(row);
   FineLevel fine(row);
   DistanceLevel distances(row);
-  ForBlocks(row.width, [&](int x, int end) {
-    TrackRanges(medians, medians, x, end, fine);
-    int sums[kBlock], counts[kBlock];
-    fine.Walk(x, end, [&](int i) {
-      const int count = coarse.Below(kSegments) + kBias;
-      // Of the samples below the median the distance counts, of the others its opposite.
-      const int ofAll = distances.Below(kSegments) - (256 - medians[i]) * count;
-      const DistanceBelow below(fine, coarse, distances, medians[i]);
-      counts[i - x] = count, sums[i - x] = 2 * (below.sum + Total(below.inSegment)) - ofAll;
-      coarse.Step(), distances.Step();
-    });
-    for (int i = x; i < end; ++i) out[i] = static_cast<float>(sums[i - x]) / static_cast<float>(counts[i - x]);
+  int sums[kMostPixels], counts[kMostPixels];
+  WalkRow(row.width, fine, SegmentsOfRanges(medians, medians), [&](int x) {
+    const int count = coarse.Below(kSegments) + kBias;
+    // Of the samples below the median the distance counts, of the others its opposite.
+    const int ofAll = distances.Below(kSegments) - (256 - medians[x]) * count;
+    const DistanceBelow below(fine, coarse, distances, medians[x]);
+    counts[x] = count, sums[x] = 2 * (below.sum + Total(below.inSegment)) - ofAll;
+    coarse.Step(), distances.Step();
   });
+  for (int x = 0; x < row.width; ++x) out[x] = static_cast<float>(sums[x]) / static_cast<float>(counts[x]);
 }
 
 class ModeReadOut {
@@ -183,10 +179,8 @@ class ModeReadOut {
 void Mode(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
   const ModeReadOut mode;
   FineLevel fine(row);
-  ForBlocks(row.width, [&](int x, int end) {
-    TrackRanges(lowest, highest, x, end, fine);
-    fine.Walk(x, end, [&](int i) { out[i] = mode.Read(fine, lowest[i], highest[i]); });
-  });
+  WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest),
+          [&](int x) { out[x] = mode.Read(fine, lowest[x], highest[x]); });
 }
 
 }  // namespace

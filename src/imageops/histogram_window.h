@@ -27,6 +27,7 @@ LANES_INLINE int Larger(int a, int b) {
 
 LANES_INLINE Lanes SumOfColumns(const uint8_t* column, int columns) {
   Lanes sum = EveryLane(-kBias);
+#pragma GCC unroll 4
   for (; columns > 0; --columns, column += 16) sum = sum + WidenBytes(column);
   return sum;
 }
@@ -40,36 +41,24 @@ class FineLevel {
     for (int16_t& counter : below_) counter = static_cast<int16_t>(-kBias);
   }
 
-  // From now on exactly the segments first .. last are up to date, for the window of pixel x.
+  // From now on the segments first .. last are up to date, for the window of pixel x.
   LANES_INLINE_METHOD void Track(int x, int first, int last) {
+    const int count = Unrolled(last - first + 1);
+    first = Smaller(first, kSegments - count), last = first + count - 1;
     for (int s = first; s <= last; ++s)
       if (s < first_ || s > last_) StoreLanes(SumOfColumns(Column(s, x), row_.side), below_ + 16 * s);
     first_ = first, last_ = last;
   }
 
   // Calls read(x) for the windows from x to before end, which stands for pixel end at the end.
-  template <class Read>
+  template <int count = 1, class Read>
   LANES_INLINE_METHOD void Walk(int x, int end, const Read& read) {
-    switch (row_.tallColumns ? kSegments : last_ - first_ + 1) {
-      case 1:
-        return WalkSegments<1>(x, end, read);
-      case 2:
-        return WalkSegments<2>(x, end, read);
-      case 3:
-        return WalkSegments<3>(x, end, read);
-      case 4:
-        return WalkSegments<4>(x, end, read);
-      case 5:
-        return WalkSegments<5>(x, end, read);
-      case 6:
-        return WalkSegments<6>(x, end, read);
-      case 7:
-        return WalkSegments<7>(x, end, read);
-      case 8:
-        return WalkSegments<8>(x, end, read);
-      default:
-        return WalkAnySegments(x, end, read);
-    }
+    if (row_.tallColumns)
+      WalkTallColumns(x, end, read);
+    else if (last_ - first_ + 1 == count)
+      WalkSegments<count>(x, end, read);
+    else if constexpr (count < kSegments)
+      Walk<Unrolled(count + 1)>(x, end, read);
   }
 
   // How many samples of the value's segment are below the value, with the bias. The segment is tracked, or the value is
@@ -82,6 +71,11 @@ class FineLevel {
   }
 
  private:
+  // The numbers of segments that there is a loop for.
+  LANES_INLINE_METHOD static constexpr int Unrolled(int count) {
+    return count <= 6 ? count : count <= 8 ? 8 : count <= 12 ? 12 : kSegments;
+  }
+
   LANES_INLINE_METHOD const uint8_t* Column(int segment, int x) const {
     return row_.columns.fine + static_cast<size_t>(segment) * row_.columns.pitch + 16 * static_cast<size_t>(x);
   }
@@ -97,7 +91,7 @@ class FineLevel {
     for (; x < end; ++x, column += 16) {
       read(x);
       const uint8_t* leaving = column;
-#pragma GCC unroll 8
+#pragma GCC unroll 16
       for (int s = 0; s < count; ++s, leaving += pitch) {
         segments[s] = segments[s] + SmallDifferences(leaving + window, leaving);
         StoreLanes(segments[s], below + 16 * s);
@@ -106,7 +100,7 @@ class FineLevel {
   }
 
   template <class Read>
-  LANES_INLINE_METHOD void WalkAnySegments(int x, int end, const Read& read) {
+  LANES_INLINE_METHOD void WalkTallColumns(int x, int end, const Read& read) {
     const size_t window = 16 * static_cast<size_t>(row_.side);
     for (; x < end; ++x) {
       read(x);

@@ -21,6 +21,8 @@ struct ColumnCounters {
   size_t pitch;         ///< bytes from one segment to the next; `fine` has a 17th segment, which stays empty
 };
 
+constexpr int kMostPixels = 512;  ///< in a row of a strip
+
 /// The windows of one row of pixels, each of at most 65535 samples.
 struct HistogramRow {
   ColumnCounters columns;
