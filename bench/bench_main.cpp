@@ -1,5 +1,7 @@
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
+#include <climits>
 #include <exception>
 #include <iostream>
 #include <string_view>
@@ -18,6 +20,9 @@ int main(int argc, char** argv) {
       return 1;
     }
   }
+  // As the command-line host has it: freed planes stay with the process.
+  mallopt(M_MMAP_THRESHOLD, INT_MAX);
+  mallopt(M_TRIM_THRESHOLD, INT_MAX);
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

@@ -38,7 +38,7 @@ void BrightestRun(const Pixels& in, Byte* __restrict brightest, std::ptrdiff_t c
 // Takes `luma` of the size of `picture`.
 void FillLuma(const LumaWeights& weights, const ChannelSet& picture, BytePlane& luma) {
   if (!picture.HasMode("RGB")) {
-    luma = picture.planes(0);
+    CopySamples(picture.planes(0), luma);
     return;
   }
   ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {

@@ -38,8 +38,7 @@ BasicChannelSet<T>::BasicChannelSet(std::string_view mode, std::uint32_t width, 
   const Plane<T>* const given[kMostChannels] = {&plane0, plane1, plane2, plane3};
   for (std::uint32_t i = 0; i < channelCount_; ++i) {
     if (given[i] == nullptr) continue;
-    assert(SameSize(*given[i], *planes_[i]));
-    *planes_[i] = *given[i];
+    CopySamples(*given[i], *planes_[i]);
   }
 }
 
@@ -61,7 +60,7 @@ BasicChannelSet<T> BasicChannelSet<T>::Wrap(std::string_view mode, std::uint32_t
 template <class T>
 BasicChannelSet<T>::BasicChannelSet(const BasicChannelSet& other)
     : BasicChannelSet(other.mode_, other.width_, other.height_) {
-  for (std::uint32_t i = 0; i < channelCount_; ++i) *planes_[i] = *other.planes_[i];
+  for (std::uint32_t i = 0; i < channelCount_; ++i) CopySamples(*other.planes_[i], *planes_[i]);
 }
 
 template <class T>
@@ -90,7 +89,8 @@ ChannelSet BlankLike(const ChannelSet& source, std::uint32_t height, std::uint32
 void CopyChannels(const ChannelSet& source, ChannelSet& target) {
   const bool grey = source.HasMode("L") && (target.HasMode("L") || target.HasMode("RGB"));
   if (!grey && !(source.HasMode("RGB") && target.HasMode("RGB"))) return;
-  for (int i = 0; i < static_cast<int>(target.channelCount()); ++i) target.planes(i) = source.planes(grey ? 0 : i);
+  for (int i = 0; i < static_cast<int>(target.channelCount()); ++i)
+    CopySamples(source.planes(grey ? 0 : i), target.planes(i));
 }
 
 void MixImages(const ChannelSet& base, ChannelSet& image, float weight) {

@@ -11,6 +11,8 @@
 
 #include <blitz/array.h>
 
+#include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <type_traits>
 
@@ -81,6 +83,13 @@ T* Row(Plane<T>& plane, int y) {
 template <class T, class U>
 bool SameSize(const Plane<T>& a, const Plane<U>& b) {
   return a.rows() == b.rows() && a.cols() == b.cols();
+}
+
+/// target = source, of the same size. Faster than Blitz++'s assignment, which takes bytes one by one.
+template <class T>
+void CopySamples(const Plane<T>& source, Plane<T>& target) {
+  assert(SameSize(source, target));
+  std::copy_n(source.data(), source.numElements(), target.data());
 }
 
 /// Rounds half up and stores as a byte: trunc(value + 0.5) in single precision.
