@@ -9,11 +9,6 @@ namespace {
 
 constexpr int kSegments = 16;
 
-// An odd number of cache lines: counters of one column in different segments then compete for no set of the cache.
-int Pitch(int columns) {
-  return ((16 * columns + 63) / 64 | 1) * 64;
-}
-
 int MostRows(WindowReach reach, int height) {
   return ClippedExtent(0, 2 * std::min(reach.rows, height), height);
 }
@@ -21,26 +16,24 @@ int MostRows(WindowReach reach, int height) {
 ColumnCounters From(int column, const ColumnCounters& columns) {
   const std::ptrdiff_t counter = 16 * static_cast<std::ptrdiff_t>(column);
   std::uint16_t* const distances = columns.distances != nullptr ? columns.distances + counter : nullptr;
-  return {columns.fine + counter, columns.coarse + counter, distances, columns.pitch};
+  return {columns.fine + counter, columns.coarse + counter, distances};
 }
 
 }  // namespace
 
 bool FitsColumnHistograms(WindowReach reach, int height, int width) {
   const int rows = MostRows(reach, height), columns = MostRows({reach.columns, 0}, width);
-  return rows <= 255 && rows * columns <= 65535;
+  const std::size_t side = 2 * static_cast<std::size_t>(std::min(reach.columns, width)) + 1;
+  return rows <= 255 && rows * columns <= 65535 && side + kMostPixels < kMostColumns;
 }
 
 ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, CountersKind kind)
     : reach_{std::min(reach.rows, values.rows()), std::min(reach.columns, values.cols())},
       values_(values),
       kind_(kind),
-      pitch_(Pitch(std::min(kStrip, values.cols()) + 2 * reach_.columns + 1)),
-      counters_(kSegments + 2, pitch_) {
-  if (kind == CountersKind::kBelowWithDistances) distances_.emplace(static_cast<std::size_t>(pitch_));
-  unsigned char* const coarse = counters_.data() + static_cast<std::ptrdiff_t>(kSegments + 1) * pitch_;
-  row_.columns = {counters_.data(), coarse, distances_ ? distances_->data() : nullptr,
-                  static_cast<std::size_t>(pitch_)};
+      counters_(kSegments + 2, static_cast<int>(kSegmentPitch)) {
+  if (kind == CountersKind::kBelowWithDistances) distances_.emplace(16 * kMostColumns);
+  row_.columns = {Row(counters_, 0), Row(counters_, kSegments + 1), distances_ ? distances_->data() : nullptr};
   row_.side = 2 * reach_.columns + 1;
   row_.tallColumns = MostRows(reach, values.rows()) > 127;
 }
@@ -50,8 +43,9 @@ void ColumnHistograms::StartStrip(int x, int width) {
   firstColumn_ = std::max(x - reach_.columns, 0);
   columnCount_ = std::min(x + width + reach_.columns, values_.cols()) - firstColumn_;
   columns_ = From(firstColumn_ - (x - reach_.columns), row_.columns);
-  counters_ = 0;
-  if (distances_) std::fill_n(distances_->data(), pitch_, std::uint16_t{0});
+  const int counters = 16 * (width + row_.side);
+  for (int s = 0; s < counters_.rows(); ++s) std::fill_n(Row(counters_, s), counters, static_cast<unsigned char>(0));
+  if (distances_) std::fill_n(distances_->data(), counters, std::uint16_t{0});
   for (int y = 0; y <= std::min(reach_.rows, values_.rows() - 1); ++y) Move(y, -1);
 }
 

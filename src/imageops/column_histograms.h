@@ -38,7 +38,6 @@ class ColumnHistograms {
   const WindowReach reach_;
   const BytePlane& values_;
   const CountersKind kind_;
-  const int pitch_;
   BytePlane counters_;  ///< one row for each segment, the coarse level in the last one
   std::optional<Scratch<std::uint16_t>> distances_;
   HistogramRow row_ = {};

@@ -15,10 +15,9 @@ alignas(64) constexpr uint8_t kLanesFrom[33] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
 template <bool enters, bool leaves>
 LANES_INLINE void CountEach(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
   uint8_t* fine = columns.fine;
-  const size_t pitch = columns.pitch;
   for (int i = 0; i < count; ++i, fine += 16) {
-    if (enters) ++fine[entering[i] / 16 * pitch + entering[i] % 16];
-    if (leaves) --fine[leaving[i] / 16 * pitch + leaving[i] % 16];
+    if (enters) ++fine[entering[i] / 16 * kSegmentPitch + entering[i] % 16];
+    if (leaves) --fine[leaving[i] / 16 * kSegmentPitch + leaving[i] % 16];
   }
 }
 
@@ -27,7 +26,6 @@ LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* enter
                              int count) {
   uint8_t *fine = columns.fine, *coarse = columns.coarse;
   int16_t* distance = reinterpret_cast<int16_t*>(columns.distances);
-  const size_t pitch = columns.pitch;
   int16_t ends[16];
   for (int s = 0; s < 16; ++s) ends[s] = static_cast<int16_t>(16 * (s + 1));
   const Lanes segmentEnds = LoadLanes(ends);
@@ -36,14 +34,14 @@ LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* enter
     Lanes far = EveryLane(0);
     if (enters) {
       const unsigned value = entering[i];
-      uint8_t* const counters = fine + value / 16 * pitch;
+      uint8_t* const counters = fine + value / 16 * kSegmentPitch;
       StoreBytes(_mm_add_epi8(LoadBytes(counters), LoadBytes(kLanesFrom + 15 - value % 16)), counters);
       inSegments = _mm_add_epi8(inSegments, LoadBytes(kLanesFrom + 16 - value / 16));
       if (distances) far = far + Excess(segmentEnds, EveryLane(static_cast<int>(value)));
     }
     if (leaves) {
       const unsigned value = leaving[i];
-      uint8_t* const counters = fine + value / 16 * pitch;
+      uint8_t* const counters = fine + value / 16 * kSegmentPitch;
       StoreBytes(_mm_sub_epi8(LoadBytes(counters), LoadBytes(kLanesFrom + 15 - value % 16)), counters);
       inSegments = _mm_sub_epi8(inSegments, LoadBytes(kLanesFrom + 16 - value / 16));
       if (distances) far = far - Excess(segmentEnds, EveryLane(static_cast<int>(value)));

@@ -22,8 +22,8 @@ LANES_INLINE Extent ExtentOf(const uint8_t* values, int from, int to) {
 }
 
 // Walks a row in blocks of pixels whose read-outs touch few segments; touched(x, end) says which those are.
-template <class Touched, class Read>
-LANES_INLINE void WalkRow(int width, FineLevel& fine, const Touched& touched, const Read& read) {
+template <bool tall, class Touched, class Read>
+LANES_INLINE void WalkRow(int width, FineLevel<tall>& fine, const Touched& touched, const Read& read) {
   constexpr int kMost = 32, kLeast = 8, kFew = 6;
   for (int x = 0, end = 0; x < width; x = end) {
     end = Smaller(x + kMost, width);
@@ -43,9 +43,10 @@ LANES_INLINE auto SegmentsOfRanges(const uint8_t* lowest, const uint8_t* highest
   };
 }
 
+template <bool tall>
 void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {
-  CoarseLevel coarse(row);
-  FineLevel fine(row);
+  CoarseLevel<tall> coarse(row);
+  FineLevel<tall> fine(row);
   uint8_t segments[kMostPixels];
   int inSegment[kMostPixels];
   for (int x = 0; x < row.width; ++x) {
@@ -68,32 +69,33 @@ LANES_INLINE int RankOfLowerMedian(int below, int upTo) {
 // In a line down a column the histogram of the column is the window's.
 void RangeMedianOfColumns(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
   const uint8_t *fine = row.columns.fine, *coarse = row.columns.coarse;
-  const size_t pitch = row.columns.pitch;
   alignas(16) uint8_t belowSegment[32];  // from index 15 on
   belowSegment[15] = 0;
   for (int x = 0; x < row.width; ++x, fine += 16, coarse += 16) {
     StoreBytes(LoadBytes(coarse), belowSegment + 16);
     const size_t first = lowest[x], past = highest[x] + size_t{1};
-    const int below = belowSegment[15 + first / 16] + fine[first / 16 * pitch + first % 16];
-    const int upTo = belowSegment[15 + past / 16] + fine[past / 16 * pitch + past % 16];
+    const int below = belowSegment[15 + first / 16] + fine[first / 16 * kSegmentPitch + first % 16];
+    const int upTo = belowSegment[15 + past / 16] + fine[past / 16 * kSegmentPitch + past % 16];
     const int rank = RankOfLowerMedian(below, upTo);
     const size_t segment = CountNotAbove(LoadBytes(coarse), rank);
     const int inSegment = rank - belowSegment[15 + segment];
-    out[x] = static_cast<uint8_t>(16 * segment + CountNotAbove(LoadBytes(fine + segment * pitch), inSegment) - 1);
+    out[x] =
+        static_cast<uint8_t>(16 * segment + CountNotAbove(LoadBytes(fine + segment * kSegmentPitch), inSegment) - 1);
   }
 }
 
+template <bool tall>
 void RangeMedian(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
   if (row.side == 1) return RangeMedianOfColumns(row, lowest, highest, out);
-  CoarseLevel coarse(row);
-  FineLevel fine(row);
+  CoarseLevel<tall> coarse(row);
+  FineLevel<tall> fine(row);
   WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest), [&](int x) {
     const size_t first = lowest[x], past = highest[x] + size_t{1};
-    const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
-    const int upTo = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias;
-    const int rank = RankOfLowerMedian(below, upTo) - kBias;
-    const size_t segment = coarse.SegmentOfRank(rank);
-    out[x] = static_cast<uint8_t>(fine.ValueOfRank(segment, rank - coarse.Below(segment) - kBias));
+    const int below = fine.Below(first) + coarse.Below(first / 16);
+    const int upTo = fine.Below(past) + coarse.Below(past / 16);
+    const int rank = RankOfLowerMedian(below, upTo);  // the bias is in it twice, as in either count
+    const size_t segment = coarse.SegmentOfRank(rank + kBias);
+    out[x] = static_cast<uint8_t>(fine.ValueOfRank(segment, rank - coarse.Below(segment)));
     coarse.Step();
   });
 }
@@ -103,17 +105,19 @@ struct DistanceBelow {
   int sum;
   WideLanes inSegment;
 
-  LANES_INLINE_METHOD DistanceBelow(const FineLevel& fine, const CoarseLevel& coarse, const DistanceLevel& distances,
-                                    size_t value)
+  template <bool tall>
+  LANES_INLINE_METHOD DistanceBelow(const FineLevel<tall>& fine, const CoarseLevel<tall>& coarse,
+                                    const DistanceLevel<tall>& distances, size_t value)
       : sum(distances.Below(value / 16) + static_cast<int>(value % 16) * (coarse.Below(value / 16) + kBias) +
             static_cast<int>(value % 16 + 1) * kBias),
         inSegment(MultiplyAdd(fine.segment(value / 16), LoadLanes(kLanesUpTo + 15 - value % 16))) {}
 };
 
+template <bool tall>
 void RangeMean(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
-  CoarseLevel coarse(row);
-  FineLevel fine(row);
-  DistanceLevel distances(row);
+  CoarseLevel<tall> coarse(row);
+  FineLevel<tall> fine(row);
+  DistanceLevel<tall> distances(row);
   int sums[kMostPixels], counts[kMostPixels];
   WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest), [&](int x) {
     const size_t first = lowest[x], past = highest[x] + size_t{1};
@@ -129,10 +133,11 @@ void RangeMean(const HistogramRow& row, const uint8_t* lowest, const uint8_t* hi
     out[x] = static_cast<uint8_t>(static_cast<int>(static_cast<float>(sums[x]) / static_cast<float>(counts[x]) + 0.5f));
 }
 
+template <bool tall>
 void Deviation(const HistogramRow& row, const uint8_t* medians, float* out) {
-  CoarseLevel coarse(row);
-  FineLevel fine(row);
-  DistanceLevel distances(row);
+  CoarseLevel<tall> coarse(row);
+  FineLevel<tall> fine(row);
+  DistanceLevel<tall> distances(row);
   int sums[kMostPixels], counts[kMostPixels];
   WalkRow(row.width, fine, SegmentsOfRanges(medians, medians), [&](int x) {
     const int count = coarse.Below(kSegments) + kBias;
@@ -155,13 +160,14 @@ class ModeReadOut {
     for (int v = 0; v < 256; ++v) values_[v] = static_cast<int16_t>(v);
   }
 
-  LANES_INLINE_METHOD uint8_t Read(const FineLevel& fine, int lowest, int highest) const {
+  template <bool tall>
+  LANES_INLINE_METHOD uint8_t Read(const FineLevel<tall>& fine, int lowest, int highest) const {
     // In each lane the largest count so far and the lowest value that has it.
     Lanes counts = EveryLane(-kBias), values = EveryLane(0);
     const int16_t *const from = fromZero_ + 255 - lowest, *const upTo = upToZero_ + 255 - highest;
     for (int s = lowest / 16; s <= highest / 16; ++s) {
       const Lanes inRange = SmallerLanes(LoadLanes(from + 16 * s), LoadLanes(upTo + 16 * s));
-      const Lanes candidates = SmallerLanes(fine.segment(s), inRange);
+      const Lanes candidates = SmallerLanes(fine.segment(static_cast<size_t>(s)), inRange);
       const Lanes better = IsAbove(candidates, counts);
       counts = LargerLanes(counts, candidates);
       values = (LoadLanes(values_ + 16 * s) & better) | Without(values, better);
@@ -176,16 +182,19 @@ class ModeReadOut {
   int16_t values_[256];
 };
 
+template <bool tall>
 void Mode(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
   const ModeReadOut mode;
-  FineLevel fine(row);
+  FineLevel<tall> fine(row);
   WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest),
           [&](int x) { out[x] = mode.Read(fine, lowest[x], highest[x]); });
 }
 
 }  // namespace
 
-extern const HistogramKernels kHistogramKernels;
-const HistogramKernels kHistogramKernels = {Rank, RangeMedian, RangeMean, Deviation, Mode};
+extern const HistogramKernels kHistogramKernels[2];
+const HistogramKernels kHistogramKernels[2] = {
+    {Rank<false>, RangeMedian<false>, RangeMean<false>, Deviation<false>, Mode<false>},
+    {Rank<true>, RangeMedian<true>, RangeMean<true>, Deviation<true>, Mode<true>}};
 
 }  // namespace quentara::KERNEL_TARGET

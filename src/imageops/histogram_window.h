@@ -7,6 +7,8 @@
 /// All counters are running sums, so that a count below a value is a look-up and a rank a comparison; no result depends
 /// on the way there. Counts are kept kBias too low: signed instructions then see all of 0..65535 in order.
 ///
+/// Where columns are tall, with more than 127 samples, their differences do not fit signed bytes.
+///
 /// For sources that are built once per instruction set, inside namespace KERNEL_TARGET.
 #pragma once
 
@@ -35,6 +37,7 @@ LANES_INLINE Lanes SumOfColumns(const uint8_t* column, int columns) {
 // Lanes 0 .. lane of kLanesUpTo + 15 - lane are 1, the others 0.
 alignas(64) constexpr int16_t kLanesUpTo[32] = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
 
+template <bool tall>
 class FineLevel {
  public:
   LANES_INLINE_METHOD explicit FineLevel(const HistogramRow& row) : row_(row) {
@@ -53,7 +56,7 @@ class FineLevel {
   // Calls read(x) for the windows from x to before end, which stands for pixel end at the end.
   template <int count = 1, class Read>
   LANES_INLINE_METHOD void Walk(int x, int end, const Read& read) {
-    if (row_.tallColumns)
+    if constexpr (tall)
       WalkTallColumns(x, end, read);
     else if (last_ - first_ + 1 == count)
       WalkSegments<count>(x, end, read);
@@ -77,22 +80,22 @@ class FineLevel {
   }
 
   LANES_INLINE_METHOD const uint8_t* Column(int segment, int x) const {
-    return row_.columns.fine + static_cast<size_t>(segment) * row_.columns.pitch + 16 * static_cast<size_t>(x);
+    return row_.columns.fine + static_cast<size_t>(segment) * kSegmentPitch + 16 * static_cast<size_t>(x);
   }
 
   // The segments ride in registers; what is stored serves look-ups.
   template <int count, class Read>
   LANES_INLINE_METHOD void WalkSegments(int x, int end, const Read& read) {
     const uint8_t* column = Column(first_, x);
-    const size_t pitch = row_.columns.pitch, window = 16 * static_cast<size_t>(row_.side);
+    const size_t window = 16 * static_cast<size_t>(row_.side);
     int16_t* const below = below_ + 16 * first_;
     Lanes segments[count];
     for (int s = 0; s < count; ++s) segments[s] = LoadLanes(below + 16 * s);
     for (; x < end; ++x, column += 16) {
       read(x);
-      const uint8_t* leaving = column;
 #pragma GCC unroll 16
-      for (int s = 0; s < count; ++s, leaving += pitch) {
+      for (int s = 0; s < count; ++s) {
+        const uint8_t* const leaving = column + static_cast<size_t>(s) * kSegmentPitch;
         segments[s] = segments[s] + SmallDifferences(leaving + window, leaving);
         StoreLanes(segments[s], below + 16 * s);
       }
@@ -117,20 +120,18 @@ class FineLevel {
   alignas(64) int16_t below_[16 * (kSegments + 1)];
 };
 
+template <bool tall>
 class CoarseLevel {
  public:
   LANES_INLINE_METHOD explicit CoarseLevel(const HistogramRow& row)
-      : tall_(row.tallColumns),
-        window_(16 * row.side),
-        column_(row.columns.coarse),
-        sums_(SumOfColumns(column_, row.side)) {
+      : window_(16 * row.side), column_(row.columns.coarse), sums_(SumOfColumns(column_, row.side)) {
     below_[15] = static_cast<int16_t>(-kBias);
     StoreLanes(sums_, below_ + 16);
   }
 
   LANES_INLINE_METHOD void Step() {
     const Lanes change =
-        tall_ ? WidenBytes(column_ + window_) - WidenBytes(column_) : SmallDifferences(column_ + window_, column_);
+        tall ? WidenBytes(column_ + window_) - WidenBytes(column_) : SmallDifferences(column_ + window_, column_);
     sums_ = sums_ + change;
     StoreLanes(sums_, below_ + 16);
     column_ += 16;
@@ -142,27 +143,23 @@ class CoarseLevel {
   LANES_INLINE_METHOD size_t SegmentOfRank(int rank) const { return kSegments - CountAbove(sums_, rank); }
 
  private:
-  const bool tall_;
   const ptrdiff_t window_;
   const uint8_t* column_;
   Lanes sums_;
   alignas(64) int16_t below_[32];  // from index 15 on
 };
 
+template <bool tall>
 class DistanceLevel {
  public:
   LANES_INLINE_METHOD explicit DistanceLevel(const HistogramRow& row)
-      : tall_(row.tallColumns),
-        window_(16 * row.side),
-        column_(row.columns.distances),
-        low_(NoWideLanes()),
-        high_(NoWideLanes()) {
+      : window_(16 * row.side), column_(row.columns.distances), low_(NoWideLanes()), high_(NoWideLanes()) {
     below_[7] = 0;
     for (int i = 0; i < row.side; ++i) Move(Lowered(column_ + 16 * i), EveryLane(-kBias));
   }
 
   LANES_INLINE_METHOD void Step() {
-    if (tall_)
+    if constexpr (tall)
       Move(Lowered(column_ + window_), Lowered(column_));
     else
       Move(Load(column_ + window_) - Load(column_), EveryLane(0));
@@ -184,7 +181,6 @@ class DistanceLevel {
     StoreWideLanes(low_, below_ + 8), StoreWideLanes(high_, below_ + 16);
   }
 
-  const bool tall_;
   const ptrdiff_t window_;
   const uint16_t* column_;
   WideLanes low_, high_;

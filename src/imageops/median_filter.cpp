@@ -24,7 +24,7 @@ void MedianFromHistograms(WindowReach reach, const BytePlane& plane, BytePlane& 
     const bool windowChanged = y <= reach.rows || y >= height - reach.rows;
     if (windowChanged)
       for (int i = x; i < x + row.width; ++i) ranks[i] = MedianRank(y, i, height, width, reach);
-    kernels.histogram.rank(row, ranks.data() + x, Row(result, y) + x);
+    kernels.histogram[row.tallColumns].rank(row, ranks.data() + x, Row(result, y) + x);
   });
 }
 
@@ -51,7 +51,7 @@ void MedianFromSlidingHistogram(WindowReach reach, const BytePlane& plane, ByteP
 
 void DeviationFromHistograms(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
   ForStripRows(reach, values, CountersKind::kBelowWithDistances, [&](int y, int x, const HistogramRow& row) {
-    ActiveKernels().histogram.deviation(row, Row(medians, y) + x, Row(result, y) + x);
+    ActiveKernels().histogram[row.tallColumns].deviation(row, Row(medians, y) + x, Row(result, y) + x);
   });
 }
 

@@ -26,7 +26,7 @@ BytePlane ModeBetween(int radius, const BytePlane& lowest, const BytePlane& high
   const WindowReach reach = SquareReach(radius);
   if (FitsColumnHistograms(reach, values.rows(), values.cols()))
     ForStripRows(reach, values, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
-      ActiveKernels().histogram.mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
+      ActiveKernels().histogram[row.tallColumns].mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
     });
   else
     ModeFromSlidingHistogram(reach, lowest, highest, values, result);

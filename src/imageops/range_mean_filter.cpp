@@ -18,7 +18,7 @@ void RangeMeanFromHistograms(WindowReach reach, const BytePlane& centre, const B
   ForRangeStripRows(
       reach, centre, values, limit, CountersKind::kBelowWithDistances,
       [&](int y, int x, const HistogramRow& row, const unsigned char* lowest, const unsigned char* highest) {
-        ActiveKernels().histogram.rangeMean(row, lowest, highest, Row(result, y) + x);
+        ActiveKernels().histogram[row.tallColumns].rangeMean(row, lowest, highest, Row(result, y) + x);
       });
 }
 

@@ -18,7 +18,7 @@ void RangeMedianFromHistograms(WindowReach reach, const BytePlane& centre, const
   ForRangeStripRows(
       reach, centre, values, limit, CountersKind::kBelow,
       [&](int y, int x, const HistogramRow& row, const unsigned char* lowest, const unsigned char* highest) {
-        ActiveKernels().histogram.rangeMedian(row, lowest, highest, Row(result, y) + x);
+        ActiveKernels().histogram[row.tallColumns].rangeMedian(row, lowest, highest, Row(result, y) + x);
       });
 }
 

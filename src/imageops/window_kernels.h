@@ -11,14 +11,18 @@ namespace quentara {
 /// What the counters of a column say; the 256 values fall into 16 segments of 16.
 enum class CountersKind { kEach, kBelow, kBelowWithDistances };
 
-/// Histograms of neighbouring columns. Those below are as in `kBelow`; in `kEach` only `fine` is kept, and it holds how
-/// often each value occurs. A column has at most 255 samples.
+constexpr size_t kMostColumns = 1024;  ///< in a strip, windows that reach beyond it included
+/// Bytes from one segment to the next. An odd number of cache lines: counters of one column in different segments then
+/// compete for no set of the cache.
+constexpr size_t kSegmentPitch = 16 * kMostColumns + 64;
+
+/// Histograms of neighbouring columns. `fine` has a 17th segment, which stays empty. Those below are as in `kBelow`; in
+/// `kEach` only `fine` is kept, and it holds how often each value occurs. A column has at most 255 samples.
 struct ColumnCounters {
-  uint8_t* fine;        ///< fine[segment * pitch + 16 * column + lane]: samples of the segment below its value `lane`
+  uint8_t* fine;  ///< fine[segment * kSegmentPitch + 16 * column + lane]: samples of the segment below its value `lane`
   uint8_t* coarse;      ///< coarse[16 * column + segment]: samples in segments 0 .. segment
   uint16_t* distances;  ///< distances[16 * column + segment]: the sum of end - v over the samples v < end, where end =
                         ///< 16 * (segment + 1); in `kBelowWithDistances` only
-  size_t pitch;         ///< bytes from one segment to the next; `fine` has a 17th segment, which stays empty
 };
 
 constexpr int kMostPixels = 512;  ///< in a row of a strip
@@ -107,7 +111,7 @@ struct MedianKernels {
 struct WindowKernels {
   const char* name;
   const ColumnKernels& columns;
-  const HistogramKernels& histogram;
+  const HistogramKernels* histogram;  ///< [HistogramRow::tallColumns]
   const DirectKernels& direct;
   const MedianKernels& median;
 };

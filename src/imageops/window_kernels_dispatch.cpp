@@ -4,14 +4,14 @@ namespace quentara {
 
 namespace baseline {
 extern const ColumnKernels kColumnKernels;
-extern const HistogramKernels kHistogramKernels;
+extern const HistogramKernels kHistogramKernels[2];
 extern const DirectKernels kDirectKernels;
 extern const MedianKernels kMedianKernels;
 }  // namespace baseline
 
 namespace avx2 {
 extern const ColumnKernels kColumnKernels;
-extern const HistogramKernels kHistogramKernels;
+extern const HistogramKernels kHistogramKernels[2];
 extern const DirectKernels kDirectKernels;
 extern const MedianKernels kMedianKernels;
 }  // namespace avx2
