@@ -9,7 +9,7 @@ namespace quentara {
 
 /// The largest window that a method takes; beyond it the filter goes through histograms.
 constexpr int kMostSamplesOfDirectMean = 23 * 23;       ///< range mean, square or line
-constexpr int kMostSamplesOfDirectDeviation = 21 * 21;  ///< mean deviation
+constexpr int kMostSamplesOfDirectDeviation = 23 * 23;  ///< mean deviation
 constexpr int kMostRadiusOfDirectDiamondMedian = 10;    ///< a byte counts the samples
 constexpr int kMostRadiusOfDirectDiamondDeviation = 30;
 
