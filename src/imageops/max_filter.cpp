@@ -2,71 +2,36 @@
 
 #include <algorithm>
 #include <cassert>
-#include <utility>
+
+#include "imageops/window_kernels_dispatch.h"
 
 namespace quentara {
 namespace {
 
-using Sample = unsigned char;
-
-struct Largest {
-  static constexpr Sample kNeutral = 0;
-  static Sample Of(Sample a, Sample b) { return a > b ? a : b; }
-};
-
-struct Smallest {
-  static constexpr Sample kNeutral = 255;
-  static Sample Of(Sample a, Sample b) { return a < b ? a : b; }
-};
-
-template <class Extreme>
-void ExtremesOf(const Sample* a, const Sample* b, Sample* __restrict extremes, int count) {
-  for (int i = 0; i < count; ++i) extremes[i] = Extreme::Of(a[i], b[i]);
-}
-
-template <class Extreme>
-void Include(const Sample* __restrict samples, Sample* __restrict extremes, int count) {
-  for (int i = 0; i < count; ++i) extremes[i] = Extreme::Of(samples[i], extremes[i]);
-}
-
-// Extremes of the clipped windows along a row. The buffers hold width + 2 * radius samples: neutral outside the row.
-template <class Extreme>
-void ExtremesAlongRow(int radius, const Sample* row, int width, Sample* buffer, Sample* spare, Sample* extremes) {
-  const int side = 2 * radius + 1, padded = width + 2 * radius;
-  std::fill_n(buffer, radius, Extreme::kNeutral);
-  std::copy_n(row, width, buffer + radius);
-  std::fill_n(buffer + radius + width, radius, Extreme::kNeutral);
-  int run = 1;  // buffer[i] is the extreme of `run` samples from i on
-  for (; 2 * run <= side; run *= 2, std::swap(buffer, spare))
-    ExtremesOf<Extreme>(buffer, buffer + run, spare, padded - 2 * run + 1);
-  ExtremesOf<Extreme>(buffer, buffer + side - run, extremes, width);
-}
-
-template <class Extreme>
-BytePlane ExtremeFilter(int radius, const BytePlane& plane) {
+// Down the columns in blocks of as many rows as a window has: it ends in the block below that in which it begins.
+BytePlane ExtremeFilter(const ExtremeKernels& kernels, unsigned char neutral, int radius, const BytePlane& plane) {
   assert(radius >= 0);
   const int height = plane.rows(), width = plane.cols();
   // Beyond the plane's size a radius changes nothing but the size of the buffers.
   const int across = std::min(radius, width), down = std::min(radius, height), side = 2 * down + 1;
   BytePlane result(height, width), buffers(2, width + 2 * across);
-  BytePlane rows(side, width);    // extremes along rows start - down .. start + down, then along those that follow
-  BytePlane suffix(side, width);  // row i: the extremes of `rows` from row i of the block to its end
-  BytePlane prefix(1, width);     // the extremes of the rows behind the block that the window has reached
-  const auto load = [&](int y, Sample* extremes) {
-    if (y < 0 || y >= height)
-      std::fill_n(extremes, width, Extreme::kNeutral);
-    else
-      ExtremesAlongRow<Extreme>(across, Row(plane, y), width, Row(buffers, 0), Row(buffers, 1), extremes);
-  };
-  for (int i = 0; i < side; ++i) load(i - down, Row(rows, i));
+  BytePlane suffix(side, width);  // row i: the extremes of the block from its row i on
+  BytePlane prefix(1, width);     // the extremes of those rows below the block that the window has reached
+  BytePlane outside(1, width);
+  buffers = neutral, outside = neutral;
+  const auto source = [&](int y) { return y >= 0 && y < height ? Row(plane, y) : Row(outside, 0); };
+  unsigned char* const samples = Row(buffers, 0);
   for (int start = 0; start < height; start += side) {
-    std::copy_n(Row(rows, side - 1), width, Row(suffix, side - 1));
-    for (int i = side - 2; i >= 0; --i) ExtremesOf<Extreme>(Row(rows, i), Row(suffix, i + 1), Row(suffix, i), width);
-    prefix = Extreme::kNeutral;
+    std::copy_n(source(start + down), width, Row(suffix, side - 1));
+    for (int i = side - 2; i >= 0; --i)
+      kernels.ofPairs(source(start - down + i), Row(suffix, i + 1), Row(suffix, i), width);
+    prefix = neutral;
     for (int i = 0; i < std::min(side, height - start); ++i) {
-      ExtremesOf<Extreme>(Row(suffix, i), Row(prefix, 0), Row(result, start + i), width);
-      load(start + down + 1 + i, Row(rows, i));
-      Include<Extreme>(Row(rows, i), Row(prefix, 0), width);
+      if (i > 0) kernels.include(source(start + down + i), Row(prefix, 0), width);
+      std::fill_n(samples, across, neutral);
+      kernels.ofPairs(Row(suffix, i), Row(prefix, 0), samples + across, width);
+      std::fill_n(samples + across + width, across, neutral);
+      kernels.ofWindows(2 * across + 1, samples, Row(buffers, 1), Row(result, start + i), width);
     }
   }
   return result;
@@ -75,11 +40,11 @@ BytePlane ExtremeFilter(int radius, const BytePlane& plane) {
 }  // namespace
 
 BytePlane MaxFilter(int radius, const BytePlane& plane) {
-  return ExtremeFilter<Largest>(radius, plane);
+  return ExtremeFilter(ActiveKernels().largest, 0, radius, plane);
 }
 
 BytePlane MinFilter(int radius, const BytePlane& plane) {
-  return ExtremeFilter<Smallest>(radius, plane);
+  return ExtremeFilter(ActiveKernels().smallest, 255, radius, plane);
 }
 
 }  // namespace quentara

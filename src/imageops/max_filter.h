@@ -1,9 +1,9 @@
 /// The largest and the smallest sample of a square window: grey dilation and erosion.
 ///
 /// The window of (y, x) is the square of side 2 * radius + 1 around it, clipped to the plane. Both filters run on the
-/// calling thread; a result depends on rows up to `radius` away. Method: separable. Along a row, maxima of runs of 1,
-/// 2, 4, ... samples until two of them cover the window; down the columns the prefix and suffix maxima of van Herk
-/// (1992) and Gil and Werman (1993), three comparisons a sample whatever the radius.
+/// calling thread; a result depends on rows up to `radius` away. Method: separable. Down the columns the prefix and
+/// suffix maxima of van Herk (1992) and Gil and Werman (1993), three comparisons a sample whatever the radius; along
+/// the row that they leave, maxima of runs of 1, 2, 4, ... samples until two of them cover the window.
 #pragma once
 
 #include "render/plane.h"

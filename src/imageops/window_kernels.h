@@ -108,12 +108,34 @@ struct MedianKernels {
   void (*medianOfTiles[kMostNetworkRadius + 1])(const TileRow& row);
 };
 
+/// The largest, or the smallest, of samples.
+struct ExtremeKernels {
+  /// extremes[x] = that of a[x] and b[x].
+  void (*ofPairs)(const uint8_t* a, const uint8_t* b, uint8_t* extremes, int width);
+  /// extremes[x] = that of samples[x] and extremes[x].
+  void (*include)(const uint8_t* samples, uint8_t* extremes, int width);
+  /// extremes[x] = that of samples[x] .. samples[x + side - 1]. `spare` is as long; both are overwritten.
+  void (*ofWindows)(int side, uint8_t* samples, uint8_t* spare, uint8_t* extremes, int width);
+};
+
+struct BoxKernels {
+  /// columns[x] += entering[x] - leaving[x].
+  void (*slideColumns)(const uint8_t* entering, const uint8_t* leaving, int* columns, int width);
+  /// means[x] = the sum of columns[x - reach] .. columns[x + reach], divided by counts[x] and rounded half up. columns
+  /// is 0 from -reach - 1 to -1, counts is above 0, and both are there up to a multiple of 32 behind the last to be
+  /// used.
+  void (*meansOfColumns)(const int* columns, int reach, const float* counts, uint8_t* means, int width);
+};
+
 struct WindowKernels {
   const char* name;
   const ColumnKernels& columns;
   const HistogramKernels* histogram;  ///< [HistogramRow::tallColumns]
   const DirectKernels& direct;
   const MedianKernels& median;
+  const ExtremeKernels& largest;
+  const ExtremeKernels& smallest;
+  const BoxKernels& box;
 };
 
 }  // namespace quentara

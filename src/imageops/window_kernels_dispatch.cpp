@@ -7,6 +7,8 @@ extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[2];
 extern const DirectKernels kDirectKernels;
 extern const MedianKernels kMedianKernels;
+extern const ExtremeKernels kLargestKernels, kSmallestKernels;
+extern const BoxKernels kBoxKernels;
 }  // namespace baseline
 
 namespace avx2 {
@@ -14,6 +16,8 @@ extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[2];
 extern const DirectKernels kDirectKernels;
 extern const MedianKernels kMedianKernels;
+extern const ExtremeKernels kLargestKernels, kSmallestKernels;
+extern const BoxKernels kBoxKernels;
 }  // namespace avx2
 
 namespace {
@@ -23,10 +27,22 @@ thread_local const WindowKernels* chosen = nullptr;
 }  // namespace
 
 const std::vector<const WindowKernels*>& RunnableKernels() {
-  static const WindowKernels plain = {"baseline", baseline::kColumnKernels, baseline::kHistogramKernels,
-                                      baseline::kDirectKernels, baseline::kMedianKernels};
-  static const WindowKernels wide = {"avx2", avx2::kColumnKernels, avx2::kHistogramKernels, avx2::kDirectKernels,
-                                     avx2::kMedianKernels};
+  static const WindowKernels plain = {"baseline",
+                                      baseline::kColumnKernels,
+                                      baseline::kHistogramKernels,
+                                      baseline::kDirectKernels,
+                                      baseline::kMedianKernels,
+                                      baseline::kLargestKernels,
+                                      baseline::kSmallestKernels,
+                                      baseline::kBoxKernels};
+  static const WindowKernels wide = {"avx2",
+                                     avx2::kColumnKernels,
+                                     avx2::kHistogramKernels,
+                                     avx2::kDirectKernels,
+                                     avx2::kMedianKernels,
+                                     avx2::kLargestKernels,
+                                     avx2::kSmallestKernels,
+                                     avx2::kBoxKernels};
   static const std::vector<const WindowKernels*> runnable = [] {
     std::vector<const WindowKernels*> sets = {&plain};
     __builtin_cpu_init();
