@@ -24,7 +24,7 @@ LANES_INLINE Extent ExtentOf(const uint8_t* values, int from, int to) {
 // Walks a row in blocks of pixels whose read-outs touch few segments; touched(x, end) says which those are.
 template <bool tall, class Touched, class Read>
 LANES_INLINE void WalkRow(int width, FineLevel<tall>& fine, const Touched& touched, const Read& read) {
-  constexpr int kMost = 32, kLeast = 8, kFew = 6;
+  constexpr int kMost = 32, kLeast = 8, kFew = 8;
   for (int x = 0, end = 0; x < width; x = end) {
     end = Smaller(x + kMost, width);
     Extent segments = touched(x, end);
@@ -108,8 +108,8 @@ struct DistanceBelow {
   template <bool tall>
   LANES_INLINE_METHOD DistanceBelow(const FineLevel<tall>& fine, const CoarseLevel<tall>& coarse,
                                     const DistanceLevel<tall>& distances, size_t value)
-      : sum(distances.Below(value / 16) + static_cast<int>(value % 16) * (coarse.Below(value / 16) + kBias) +
-            static_cast<int>(value % 16 + 1) * kBias),
+      : sum(distances.Below(value / 16) + static_cast<int>(value % 16) * (coarse.Below(value / 16) + 2 * kBias) +
+            kBias),
         inSegment(MultiplyAdd(fine.segment(value / 16), LoadLanes(kLanesUpTo + 15 - value % 16))) {}
 };
 

@@ -155,14 +155,15 @@ class DistanceLevel {
   LANES_INLINE_METHOD explicit DistanceLevel(const HistogramRow& row)
       : window_(16 * row.side), column_(row.columns.distances), low_(NoWideLanes()), high_(NoWideLanes()) {
     below_[7] = 0;
-    for (int i = 0; i < row.side; ++i) Move(Lowered(column_ + 16 * i), EveryLane(-kBias));
+    for (int i = 0; i < row.side; ++i) MoveTall(Lowered(column_ + 16 * i), EveryLane(-kBias));
   }
 
   LANES_INLINE_METHOD void Step() {
+    const Lanes change = Load(column_ + window_) - Load(column_);
     if constexpr (tall)
-      Move(Lowered(column_ + window_), Lowered(column_));
+      MoveTall(Lowered(column_ + window_), Lowered(column_));
     else
-      Move(Load(column_ + window_) - Load(column_), EveryLane(0));
+      Move(WidenLow(change), WidenHigh(change));
     column_ += 16;
   }
 
@@ -175,9 +176,11 @@ class DistanceLevel {
   }
   // Unsigned counters, lowered so that they can be widened as signed ones.
   LANES_INLINE_METHOD static Lanes Lowered(const uint16_t* column) { return Load(column) + EveryLane(-kBias); }
-  LANES_INLINE_METHOD void Move(Lanes entering, Lanes leaving) {
-    low_ = low_ + (WidenLow(entering) - WidenLow(leaving));
-    high_ = high_ + (WidenHigh(entering) - WidenHigh(leaving));
+  LANES_INLINE_METHOD void MoveTall(Lanes entering, Lanes leaving) {
+    Move(WidenLow(entering) - WidenLow(leaving), WidenHigh(entering) - WidenHigh(leaving));
+  }
+  LANES_INLINE_METHOD void Move(WideLanes lowChange, WideLanes highChange) {
+    low_ = low_ + lowChange, high_ = high_ + highChange;
     StoreWideLanes(low_, below_ + 8), StoreWideLanes(high_, below_ + 16);
   }
 

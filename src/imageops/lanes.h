@@ -49,7 +49,7 @@ LANES_INLINE Lanes SmallDifferences(const uint8_t* a, const uint8_t* b) {
   return {_mm256_cvtepi8_epi16(difference)};
 }
 
-/// How many lanes are above the limit, both signed.
+/// How many lanes are above the limit, both signed; the lanes do not fall.
 LANES_INLINE size_t CountAbove(Lanes a, int limit) {
   const __m256i above = _mm256_cmpgt_epi16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
   return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above)))) / 2;
@@ -153,11 +153,12 @@ LANES_INLINE Lanes SmallDifferences(const uint8_t* a, const uint8_t* b) {
           _mm_srai_epi16(_mm_unpackhi_epi8(difference, difference), 8)};
 }
 
-/// How many lanes are above the limit, both signed.
+/// How many lanes are above the limit, both signed; the lanes do not fall.
 LANES_INLINE size_t CountAbove(Lanes a, int limit) {
   const __m128i limits = _mm_set1_epi16(static_cast<short>(limit));
   const __m128i above = _mm_packs_epi16(_mm_cmpgt_epi16(a.low, limits), _mm_cmpgt_epi16(a.high, limits));
-  return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(above))));
+  // Without an instruction that counts bits, the first one is quicker to find.
+  return static_cast<size_t>(16 - __builtin_ctz(static_cast<unsigned>(_mm_movemask_epi8(above)) | 0x10000u));
 }
 
 LANES_INLINE Lanes operator&(Lanes a, Lanes b) {
@@ -238,11 +239,11 @@ LANES_INLINE __m128i LoadBytes(const uint8_t* p) {
 LANES_INLINE void StoreBytes(__m128i a, uint8_t* p) {
   _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a);
 }
-/// How many of sixteen bytes are not above the limit, 0..255.
+/// How many of sixteen bytes, which do not fall, are not above the limit, 0..255.
 LANES_INLINE size_t CountNotAbove(__m128i bytes, int limit) {
   const __m128i limits = _mm_set1_epi8(static_cast<char>(limit));
   const __m128i notAbove = _mm_cmpeq_epi8(_mm_max_epu8(bytes, limits), limits);
-  return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm_movemask_epi8(notAbove))));
+  return static_cast<size_t>(__builtin_ctz(~static_cast<unsigned>(_mm_movemask_epi8(notAbove))));
 }
 
 LANES_INLINE int Total(WideLanes a) {
