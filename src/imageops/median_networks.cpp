@@ -29,9 +29,9 @@ class SplitRows {
         count_(2 * radius + 2),
         plane_(plane),
         width_(plane.cols() / 2 + radius + 1),
-        pitch_((width_ + 31) / 32 * 32),
-        padded_(static_cast<std::size_t>(2 * pitch_)),
-        samples_(static_cast<std::size_t>(2 * pitch_ * count_)),
+        pitch_((width_ + 31) / 32 * 32 + kSlack),
+        padding_(static_cast<std::size_t>(plane.cols())),
+        samples_(static_cast<std::size_t>(kSlack + 2 * pitch_ * count_)),
         even_(static_cast<std::size_t>(count_)),
         odd_(even_) {
     for (int i = 0; i < count_ - 2; ++i) Load(i - radius_);
@@ -50,25 +50,32 @@ class SplitRows {
   }
 
  private:
-  Sample* Place(int y) { return samples_.data() + 2 * pitch_ * ((y + radius_) % count_); }
+  Sample* Place(int y) { return samples_.data() + kSlack + 2 * pitch_ * ((y + radius_) % count_); }
 
   void Load(int y) {
-    Sample* const row = padded_.data() + radius_;
     const int width = plane_.cols(), height = plane_.rows();
-    if (y >= 0 && y < height) {
-      std::copy_n(quentara::Row(plane_, y), width, row);
-      for (int d = 1; d <= radius_; ++d) row[-d] = row[width - 1 + d] = Padding(radius_, d, y);
-    } else {
-      for (int x = 0; x < width; ++x) row[x] = Padding(radius_, y < 0 ? -y : y - height + 1, x);
-    }
-    Sample* const even = Place(y);
-    ActiveKernels().median.splitColumns(padded_.data(), even, even + pitch_, width_);
+    Sample *const even = Place(y), *const odd = even + pitch_;
+    const Sample* samples = padding_.data();
+    if (y >= 0 && y < height)
+      samples = Row(plane_, y);
+    else
+      for (int x = 0; x < width; ++x) padding_[x] = Padding(radius_, y < 0 ? -y : y - height + 1, x);
+    // The first sample is column `radius`.
+    if (radius_ % 2 == 0)
+      ActiveKernels().median.splitColumns(samples, even + radius_ / 2, odd + radius_ / 2, width);
+    else
+      ActiveKernels().median.splitColumns(samples, odd + radius_ / 2, even + (radius_ + 1) / 2, width);
+    for (int d = 1; d <= radius_; ++d)
+      for (const int column : {radius_ - d, radius_ + width - 1 + d})
+        (column % 2 == 0 ? even : odd)[column / 2] = Padding(radius_, d, y + radius_);
   }
+
+  static constexpr int kSlack = 32;  // kernels look at the columns in front of a row, though nothing comes of it
 
   const int radius_, count_;
   const BytePlane& plane_;
   const int width_, pitch_;
-  Scratch<Sample> padded_, samples_;
+  Scratch<Sample> padding_, samples_;
   std::vector<const Sample*> even_, odd_;
 };
 

@@ -90,6 +90,7 @@ constexpr int Block(int radius) {
 }
 
 /// Sorted lists of a block of tiles and of the lanes before it. Lane x is the one x lanes behind the block's first.
+/// Before the first block there are none: nothing of them reaches a pixel of the plane.
 template <int n, int block>
 class Lists {
  public:
@@ -108,7 +109,7 @@ class Lists {
   }
 
  private:
-  alignas(kByteLanes) uint8_t samples_[n][kByteLanes + block] = {};
+  alignas(kByteLanes) uint8_t samples_[n][kByteLanes + block];
 };
 
 /// How many of so many samples of a window can be its median.
@@ -116,6 +117,37 @@ constexpr int Kept(int radius, int samples) {
   const int others = (2 * radius + 1) * (2 * radius + 1) - samples;
   return samples < others + 1 ? samples : others + 1;
 }
+
+/// Sorted columns: the even and the odd ones.
+template <int radius, int rows>
+class Columns {
+ public:
+  void Step(const uint8_t* const* even, const uint8_t* const* odd, int width) {
+    for (int x = 0; x < width; x += kByteLanes) even_.Store(SortedColumn<rows>(even, x), x);
+    for (int x = 0; x < width; x += kByteLanes) odd_.Store(SortedColumn<rows>(odd, x), x);
+  }
+  void Shift() { even_.Shift(), odd_.Shift(); }
+
+  BYTE_LANES_INLINE_METHOD Sorted<rows> Even(int x) const { return even_.At(x); }
+  BYTE_LANES_INLINE_METHOD Sorted<rows> Odd(int x) const { return odd_.At(x); }
+
+ private:
+  Lists<rows, Block(radius)> even_, odd_;
+};
+
+/// Columns of one row are the row itself.
+template <int radius>
+class Columns<radius, 1> {
+ public:
+  void Step(const uint8_t* const* even, const uint8_t* const* odd, int) { even_ = *even, odd_ = *odd; }
+  void Shift() {}
+
+  BYTE_LANES_INLINE_METHOD Sorted<1> Even(int x) const { return {{LoadBytes(even_ + x)}}; }
+  BYTE_LANES_INLINE_METHOD Sorted<1> Odd(int x) const { return {{LoadBytes(odd_ + x)}}; }
+
+ private:
+  const uint8_t *even_, *odd_;
+};
 
 /// Runs of 2 * pairs columns of so many rows, sorted. Lane x has the run that ends with pair x.
 template <int radius, int rows, int pairs>
@@ -134,8 +166,7 @@ class Runs {
   BYTE_LANES_INLINE_METHOD auto At(int x) const {
     return Middle<Kept(radius, 2 * pairs * rows)>(Merged(Stored<kFirst>(x - kRest), Stored<kRest>(x)));
   }
-  BYTE_LANES_INLINE_METHOD Sorted<rows> EvenColumn(int x) const { return parts_.EvenColumn(x); }
-  BYTE_LANES_INLINE_METHOD Sorted<rows> OddColumn(int x) const { return parts_.OddColumn(x); }
+  BYTE_LANES_INLINE_METHOD const Columns<radius, rows>& columns() const { return parts_.columns(); }
 
   template <int n>
   BYTE_LANES_INLINE_METHOD auto Stored(int x) const {
@@ -157,19 +188,17 @@ template <int radius, int rows>
 class Runs<radius, rows, 1> {
  public:
   void Step(const uint8_t* const* even, const uint8_t* const* odd, int width) {
-    for (int x = 0; x < width; x += kByteLanes) even_.Store(SortedColumn<rows>(even, x), x);
-    for (int x = 0; x < width; x += kByteLanes) odd_.Store(SortedColumn<rows>(odd, x), x);
+    columns_.Step(even, odd, width);
     if constexpr (radius > 1)
       for (int x = 0; x < width; x += kByteLanes) pairs_.Store(At(x), x);
   }
   void Shift() {
-    even_.Shift(), odd_.Shift();
+    columns_.Shift();
     if constexpr (radius > 1) pairs_.Shift();
   }
 
-  BYTE_LANES_INLINE_METHOD Sorted<2 * rows> At(int x) const { return Merged(OddColumn(x - 1), EvenColumn(x)); }
-  BYTE_LANES_INLINE_METHOD Sorted<rows> EvenColumn(int x) const { return even_.At(x); }
-  BYTE_LANES_INLINE_METHOD Sorted<rows> OddColumn(int x) const { return odd_.At(x); }
+  BYTE_LANES_INLINE_METHOD Sorted<2 * rows> At(int x) const { return Merged(columns_.Odd(x - 1), columns_.Even(x)); }
+  BYTE_LANES_INLINE_METHOD const Columns<radius, rows>& columns() const { return columns_; }
   template <int n>
   BYTE_LANES_INLINE_METHOD Sorted<2 * rows> Stored(int x) const {
     static_assert(n == 1);
@@ -177,7 +206,7 @@ class Runs<radius, rows, 1> {
   }
 
  private:
-  Lists<rows, Block(radius)> even_, odd_;
+  Columns<radius, rows> columns_;
   Lists<2 * rows, Block(radius)> pairs_;
 };
 
@@ -193,11 +222,11 @@ class Tiles {
     lower_.Step(even + kRows - 1, odd + kRows - 1, width);
     for (int x = 0; x < width; x += kByteLanes) {
       const auto shared = shared_.At(x);
-      left_.Store(Middle<kWide>(Merged(shared, shared_.EvenColumn(x - radius))), x);
-      right_.Store(Middle<kWide>(Merged(shared, shared_.OddColumn(x))), x);
+      const Sorted<kWide> left = Middle<kWide>(Merged(shared, shared_.columns().Even(x - radius)));
+      const Sorted<kWide> right = Middle<kWide>(Merged(shared, shared_.columns().Odd(x)));
+      StoreMedians(left, right, upper_, x, row.upper + 2 * (start + x));
+      StoreMedians(left, right, lower_, x, row.lower + 2 * (start + x));
     }
-    for (int x = 0; x < width; x += kByteLanes) StoreMedians(upper_, x, row.upper + 2 * (start + x));
-    for (int x = 0; x < width; x += kByteLanes) StoreMedians(lower_, x, row.lower + 2 * (start + x));
     shared_.Shift(), upper_.Shift(), lower_.Shift();
   }
 
@@ -205,16 +234,15 @@ class Tiles {
   static constexpr int kRows = 2 * radius + 2, kWide = Kept(radius, 2 * radius * (2 * radius + 1));
   using Line = Runs<radius, 1, radius>;
 
-  BYTE_LANES_INLINE_METHOD void StoreMedians(const Line& line, int x, uint8_t* out) const {
+  BYTE_LANES_INLINE_METHOD static void StoreMedians(const Sorted<kWide>& left, const Sorted<kWide>& right,
+                                                    const Line& line, int x, uint8_t* out) {
     const Sorted<2 * radius> shared = line.At(x);
-    const Bytes left = MedianOf(left_.At(x), Merged(shared, line.EvenColumn(x - radius)));
-    const Bytes right = MedianOf(right_.At(x), Merged(shared, line.OddColumn(x)));
-    StoreInterleaved(left, right, out);
+    StoreInterleaved(MedianOf(left, Merged(shared, line.columns().Even(x - radius))),
+                     MedianOf(right, Merged(shared, line.columns().Odd(x))), out);
   }
 
   Runs<radius, 2 * radius, radius> shared_;
   Line upper_, lower_;
-  Lists<kWide, Block(radius)> left_, right_;
 };
 
 template <int radius>
@@ -225,10 +253,17 @@ void MedianOfTiles(const TileRow& row) {
 }
 
 void SplitColumns(const uint8_t* samples, uint8_t* even, uint8_t* odd, int width) {
-  for (int x = 0; x < width; x += kByteLanes) {
+  constexpr int kPairs = 2 * kByteLanes;
+  uint8_t last[kPairs] = {};
+  for (int x = 0; x < width; x += kPairs) {
+    const uint8_t* pairs = samples + x;
+    if (x + kPairs > width) {
+      for (int i = 0; x + i < width; ++i) last[i] = pairs[i];
+      pairs = last;
+    }
     Bytes evens, odds;
-    LoadInterleaved(samples + 2 * x, evens, odds);
-    StoreBytes(evens, even + x), StoreBytes(odds, odd + x);
+    LoadInterleaved(pairs, evens, odds);
+    StoreBytes(evens, even + x / 2), StoreBytes(odds, odd + x / 2);
   }
 }
 

@@ -91,10 +91,11 @@ struct DirectKernels {
 /// The rows behind two rows of pixels, in tiles of 2 x 2 pixels. Tile t is pixels 2 t and 2 t + 1 of either row, and
 /// its windows take columns 2 t .. 2 t + 2 radius + 1 of the rows, which are padded on both sides.
 struct TileRow {
-  const uint8_t* const* even;  ///< columns 0, 2, 4 ... of 2 radius + 2 rows, to be read up to a multiple of 32
-  const uint8_t* const* odd;   ///< columns 1, 3, 5 ...
-  int width;                   ///< tiles and radius more
-  uint8_t* upper;              ///< pixel x goes to upper[x + 2 radius], to be written up to a multiple of 64
+  const uint8_t* const*
+      even;                   ///< columns 0, 2, 4 ... of 2 radius + 2 rows, to be read from -radius to a multiple of 32
+  const uint8_t* const* odd;  ///< columns 1, 3, 5 ...
+  int width;                  ///< tiles and radius more
+  uint8_t* upper;             ///< pixel x goes to upper[x + 2 radius], to be written up to a multiple of 64
   uint8_t* lower;
 };
 
@@ -102,7 +103,7 @@ constexpr int kMostNetworkRadius = 8;
 
 /// Medians by sorting networks.
 struct MedianKernels {
-  /// even[i] = samples[2 i], odd[i] = samples[2 i + 1], of width each, to be read and written up to a multiple of 32.
+  /// even[i] = samples[2 i], odd[i] = samples[2 i + 1], to be written up to a multiple of 32.
   void (*splitColumns)(const uint8_t* samples, uint8_t* even, uint8_t* odd, int width);
   /// By radius, from 1.
   void (*medianOfTiles[kMostNetworkRadius + 1])(const TileRow& row);
