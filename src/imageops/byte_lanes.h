@@ -203,4 +203,20 @@ BYTE_LANES_INLINE void StoreQuarter(Floats a, float* p, int quarter) {
 #endif
 }
 
+/// Sums of the words of a register of bytes, in quarters.
+struct QuarterSums {
+  Floats quarters[4];
+
+  BYTE_LANES_INLINE_METHOD void Add(Words low, Words high) {
+    quarters[0] = quarters[0] + LowFloats(low);
+    quarters[1] = quarters[1] + HighFloats(low);
+    quarters[2] = quarters[2] + LowFloats(high);
+    quarters[3] = quarters[3] + HighFloats(high);
+  }
+};
+BYTE_LANES_INLINE QuarterSums NoQuarterSums() {
+  const Floats none = EveryFloat(0.0f);
+  return {{none, none, none, none}};
+}
+
 }  // namespace quentara::KERNEL_TARGET

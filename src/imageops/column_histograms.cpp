@@ -16,7 +16,7 @@ int MostRows(WindowReach reach, int height) {
 ColumnCounters From(int column, const ColumnCounters& columns) {
   const std::ptrdiff_t counter = 16 * static_cast<std::ptrdiff_t>(column);
   std::uint16_t* const distances = columns.distances != nullptr ? columns.distances + counter : nullptr;
-  return {columns.fine + counter, columns.coarse + counter, distances};
+  return {columns.fine + counter, columns.coarse + counter, distances, columns.step};
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, C
       kind_(kind),
       counters_(kSegments + 2, static_cast<int>(kSegmentPitch)) {
   if (kind == CountersKind::kBelowWithDistances) distances_.emplace(16 * kMostColumns);
-  row_.columns = {Row(counters_, 0), Row(counters_, kSegments + 1), distances_ ? distances_->data() : nullptr};
+  row_.columns = {Row(counters_, 0), Row(counters_, kSegments + 1), distances_ ? distances_->data() : nullptr, 1};
   row_.side = 2 * reach_.columns + 1;
   row_.tallColumns = MostRows(reach, values.rows()) > 127;
 }

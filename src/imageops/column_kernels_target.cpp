@@ -15,7 +15,7 @@ alignas(64) constexpr uint8_t kLanesFrom[33] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
 template <bool enters, bool leaves>
 LANES_INLINE void CountEach(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
   uint8_t* fine = columns.fine;
-  for (int i = 0; i < count; ++i, fine += 16) {
+  for (int i = 0; i < count; ++i, fine += 16 * columns.step) {
     if (enters) ++fine[entering[i] / 16 * kSegmentPitch + entering[i] % 16];
     if (leaves) --fine[leaving[i] / 16 * kSegmentPitch + leaving[i] % 16];
   }
@@ -26,10 +26,11 @@ LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* enter
                              int count) {
   uint8_t *fine = columns.fine, *coarse = columns.coarse;
   int16_t* distance = reinterpret_cast<int16_t*>(columns.distances);
+  const size_t toNext = 16 * columns.step;
   int16_t ends[16];
   for (int s = 0; s < 16; ++s) ends[s] = static_cast<int16_t>(16 * (s + 1));
   const Lanes segmentEnds = LoadLanes(ends);
-  for (int i = 0; i < count; ++i, fine += 16, coarse += 16) {
+  for (int i = 0; i < count; ++i, fine += toNext, coarse += toNext) {
     __m128i inSegments = LoadBytes(coarse);
     Lanes far = EveryLane(0);
     if (enters) {
@@ -47,7 +48,7 @@ LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* enter
       if (distances) far = far - Excess(segmentEnds, EveryLane(static_cast<int>(value)));
     }
     StoreBytes(inSegments, coarse);
-    if (distances) StoreLanes(LoadLanes(distance + 16 * i) + far, distance + 16 * i);
+    if (distances) StoreLanes(LoadLanes(distance) + far, distance), distance += toNext;
   }
 }
 

@@ -89,25 +89,12 @@ void RangeMean(const WindowRow& row, const uint8_t* centre, int limit, const uin
   });
 }
 
-/// The sums of a register of bytes in quarters.
-struct QuarterSums {
-  Floats quarters[4];
-
-  BYTE_LANES_INLINE_METHOD void Add(Words low, Words high) {
-    quarters[0] = quarters[0] + LowFloats(low);
-    quarters[1] = quarters[1] + HighFloats(low);
-    quarters[2] = quarters[2] + LowFloats(high);
-    quarters[3] = quarters[3] + HighFloats(high);
-  }
-};
-
 // sum of |v - m| = sum of v - n * m + 2 * sum of max(m - v, 0): the first from sums of columns, the last sample by
 // sample.
 __attribute__((noinline)) void DeviationOfBlock(const WindowRow& row, int x, const uint8_t* medians,
                                                 const uint16_t* columns, const float* sizes, float* out) {
   const Bytes median = LoadBytes(medians);
-  const Floats none = EveryFloat(0.0f);
-  QuarterSums below = {{none, none, none, none}}, all = below, levels = below;
+  QuarterSums below = NoQuarterSums(), all = below, levels = below;
   const int mostRows = 257 / row.side;  // that 16-bit sums take
   for (int y = 0; y < row.rows;) {
     ByteSums distances = NoSums();
@@ -144,38 +131,9 @@ void MoveColumns(const uint8_t* __restrict entering, const uint8_t* __restrict l
   for (int x = 0; x < width; ++x) columns[x] = static_cast<uint16_t>(columns[x] + entering[x] - leaving[x]);
 }
 
-template <int taps>
-void CountNotAbove(const uint8_t* __restrict values, const uint8_t* __restrict limits, uint8_t* __restrict counts,
-                   int width) {
-  for (int x = 0; x < width; ++x) {
-    uint8_t count = counts[x];
-    for (int i = 0; i < taps; ++i) count = static_cast<uint8_t>(count + (values[x + i] <= limits[x] ? 1 : 0));
-    counts[x] = count;
-  }
-}
-
-template <int taps>
-void AddDistances(const uint8_t* __restrict values, const uint8_t* __restrict medians, int* __restrict sums,
-                  int width) {
-  for (int x = 0; x < width; ++x) {
-    uint16_t sum = 0;
-    for (int i = 0; i < taps; ++i) {
-      const uint8_t a = values[x + i], b = medians[x];
-      sum = static_cast<uint16_t>(sum + static_cast<uint8_t>((a > b ? a : b) - (a > b ? b : a)));
-    }
-    sums[x] += sum;
-  }
-}
-
 }  // namespace
 
 extern const DirectKernels kDirectKernels;
-const DirectKernels kDirectKernels = {RangeMean,
-                                      Deviation,
-                                      MoveColumns,
-                                      {nullptr, CountNotAbove<1>, CountNotAbove<2>, CountNotAbove<3>, CountNotAbove<4>,
-                                       CountNotAbove<5>, CountNotAbove<6>, CountNotAbove<7>, CountNotAbove<8>},
-                                      {nullptr, AddDistances<1>, AddDistances<2>, AddDistances<3>, AddDistances<4>,
-                                       AddDistances<5>, AddDistances<6>, AddDistances<7>, AddDistances<8>}};
+const DirectKernels kDirectKernels = {RangeMean, Deviation, MoveColumns};
 
 }  // namespace quentara::KERNEL_TARGET

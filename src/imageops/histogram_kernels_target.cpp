@@ -22,8 +22,8 @@ LANES_INLINE Extent ExtentOf(const uint8_t* values, int from, int to) {
 }
 
 // Walks a row in blocks of pixels whose read-outs touch few segments; touched(x, end) says which those are.
-template <bool tall, class Touched, class Read>
-LANES_INLINE void WalkRow(int width, FineLevel<tall>& fine, const Touched& touched, const Read& read) {
+template <bool tall, int step, class Touched, class Read>
+LANES_INLINE void WalkRow(int width, FineLevel<tall, step>& fine, const Touched& touched, const Read& read) {
   constexpr int kMost = 32, kLeast = 8, kFew = 8;
   for (int x = 0, end = 0; x < width; x = end) {
     end = Smaller(x + kMost, width);
@@ -43,10 +43,10 @@ LANES_INLINE auto SegmentsOfRanges(const uint8_t* lowest, const uint8_t* highest
   };
 }
 
-template <bool tall>
+template <bool tall, int step = 1>
 void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {
-  CoarseLevel<tall> coarse(row);
-  FineLevel<tall> fine(row);
+  CoarseLevel<tall, step> coarse(row);
+  FineLevel<tall, step> fine(row);
   uint8_t segments[kMostPixels];
   int inSegment[kMostPixels];
   for (int x = 0; x < row.width; ++x) {
@@ -105,9 +105,9 @@ struct DistanceBelow {
   int sum;
   WideLanes inSegment;
 
-  template <bool tall>
-  LANES_INLINE_METHOD DistanceBelow(const FineLevel<tall>& fine, const CoarseLevel<tall>& coarse,
-                                    const DistanceLevel<tall>& distances, size_t value)
+  template <bool tall, int step>
+  LANES_INLINE_METHOD DistanceBelow(const FineLevel<tall, step>& fine, const CoarseLevel<tall, step>& coarse,
+                                    const DistanceLevel<tall, step>& distances, size_t value)
       : sum(distances.Below(value / 16) + static_cast<int>(value % 16) * (coarse.Below(value / 16) + 2 * kBias) +
             kBias),
         inSegment(MultiplyAdd(fine.segment(value / 16), LoadLanes(kLanesUpTo + 15 - value % 16))) {}
@@ -133,11 +133,11 @@ void RangeMean(const HistogramRow& row, const uint8_t* lowest, const uint8_t* hi
     out[x] = static_cast<uint8_t>(static_cast<int>(static_cast<float>(sums[x]) / static_cast<float>(counts[x]) + 0.5f));
 }
 
-template <bool tall>
+template <bool tall, int step = 1>
 void Deviation(const HistogramRow& row, const uint8_t* medians, float* out) {
-  CoarseLevel<tall> coarse(row);
-  FineLevel<tall> fine(row);
-  DistanceLevel<tall> distances(row);
+  CoarseLevel<tall, step> coarse(row);
+  FineLevel<tall, step> fine(row);
+  DistanceLevel<tall, step> distances(row);
   int sums[kMostPixels], counts[kMostPixels];
   WalkRow(row.width, fine, SegmentsOfRanges(medians, medians), [&](int x) {
     const int count = coarse.Below(kSegments) + kBias;
@@ -192,9 +192,10 @@ void Mode(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest
 
 }  // namespace
 
-extern const HistogramKernels kHistogramKernels[2];
-const HistogramKernels kHistogramKernels[2] = {
+extern const HistogramKernels kHistogramKernels[3];
+const HistogramKernels kHistogramKernels[3] = {
     {Rank<false>, RangeMedian<false>, RangeMean<false>, Deviation<false>, Mode<false>},
-    {Rank<true>, RangeMedian<true>, RangeMean<true>, Deviation<true>, Mode<true>}};
+    {Rank<true>, RangeMedian<true>, RangeMean<true>, Deviation<true>, Mode<true>},
+    {Rank<false, 2>, nullptr, nullptr, Deviation<false, 2>, nullptr}};
 
 }  // namespace quentara::KERNEL_TARGET

@@ -1,6 +1,6 @@
 /// The histogram of the window of one pixel, gathered from the histograms of its columns and moved along a row.
 ///
-/// Three levels, each moved by one column in and one column out; a read-out takes those that it needs:
+/// Three levels, each moved by `step` columns in and as many out; a read-out takes those that it needs:
 ///   - `FineLevel`: inside some segments of 16 values, how many samples are below each value,
 ///   - `CoarseLevel`: how many samples lie in the segments below each segment,
 ///   - `DistanceLevel`: how far the samples lie below each segment, together.
@@ -27,6 +27,17 @@ LANES_INLINE int Larger(int a, int b) {
   return a > b ? a : b;
 }
 
+// How the counters of a window change when `step` columns enter and as many leave.
+template <bool tall, int step>
+LANES_INLINE Lanes ChangeOf(const uint8_t* entering, const uint8_t* leaving) {
+  if constexpr (step > 1)
+    return ChangeOf<tall, 1>(entering, leaving) + ChangeOf<tall, step - 1>(entering + 16, leaving + 16);
+  else if constexpr (tall)
+    return WidenBytes(entering) - WidenBytes(leaving);
+  else
+    return SmallDifferences(entering, leaving);
+}
+
 LANES_INLINE Lanes SumOfColumns(const uint8_t* column, int columns) {
   Lanes sum = EveryLane(-kBias);
 #pragma GCC unroll 4
@@ -37,7 +48,7 @@ LANES_INLINE Lanes SumOfColumns(const uint8_t* column, int columns) {
 // Lanes 0 .. lane of kLanesUpTo + 15 - lane are 1, the others 0.
 alignas(64) constexpr int16_t kLanesUpTo[32] = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
 
-template <bool tall>
+template <bool tall, int step = 1>
 class FineLevel {
  public:
   LANES_INLINE_METHOD explicit FineLevel(const HistogramRow& row) : row_(row) {
@@ -80,7 +91,7 @@ class FineLevel {
   }
 
   LANES_INLINE_METHOD const uint8_t* Column(int segment, int x) const {
-    return row_.columns.fine + static_cast<size_t>(segment) * kSegmentPitch + 16 * static_cast<size_t>(x);
+    return row_.columns.fine + static_cast<size_t>(segment) * kSegmentPitch + 16 * step * static_cast<size_t>(x);
   }
 
   // The segments ride in registers; what is stored serves look-ups.
@@ -91,12 +102,12 @@ class FineLevel {
     int16_t* const below = below_ + 16 * first_;
     Lanes segments[count];
     for (int s = 0; s < count; ++s) segments[s] = LoadLanes(below + 16 * s);
-    for (; x < end; ++x, column += 16) {
+    for (; x < end; ++x, column += 16 * step) {
       read(x);
 #pragma GCC unroll 16
       for (int s = 0; s < count; ++s) {
         const uint8_t* const leaving = column + static_cast<size_t>(s) * kSegmentPitch;
-        segments[s] = segments[s] + SmallDifferences(leaving + window, leaving);
+        segments[s] = segments[s] + ChangeOf<tall, step>(leaving + window, leaving);
         StoreLanes(segments[s], below + 16 * s);
       }
     }
@@ -109,8 +120,7 @@ class FineLevel {
       read(x);
       for (int s = first_; s <= last_; ++s) {
         const uint8_t* const leaving = Column(s, x);
-        StoreLanes(segment(static_cast<size_t>(s)) + (WidenBytes(leaving + window) - WidenBytes(leaving)),
-                   below_ + 16 * s);
+        StoreLanes(segment(static_cast<size_t>(s)) + ChangeOf<tall, step>(leaving + window, leaving), below_ + 16 * s);
       }
     }
   }
@@ -120,7 +130,7 @@ class FineLevel {
   alignas(64) int16_t below_[16 * (kSegments + 1)];
 };
 
-template <bool tall>
+template <bool tall, int step = 1>
 class CoarseLevel {
  public:
   LANES_INLINE_METHOD explicit CoarseLevel(const HistogramRow& row)
@@ -130,11 +140,9 @@ class CoarseLevel {
   }
 
   LANES_INLINE_METHOD void Step() {
-    const Lanes change =
-        tall ? WidenBytes(column_ + window_) - WidenBytes(column_) : SmallDifferences(column_ + window_, column_);
-    sums_ = sums_ + change;
+    sums_ = sums_ + ChangeOf<tall, step>(column_ + window_, column_);
     StoreLanes(sums_, below_ + 16);
-    column_ += 16;
+    column_ += 16 * step;
   }
 
   // How many samples lie below the segment 0..16, with the bias.
@@ -149,7 +157,7 @@ class CoarseLevel {
   alignas(64) int16_t below_[32];  // from index 15 on
 };
 
-template <bool tall>
+template <bool tall, int step = 1>
 class DistanceLevel {
  public:
   LANES_INLINE_METHOD explicit DistanceLevel(const HistogramRow& row)
@@ -159,12 +167,13 @@ class DistanceLevel {
   }
 
   LANES_INLINE_METHOD void Step() {
-    const Lanes change = Load(column_ + window_) - Load(column_);
-    if constexpr (tall)
-      MoveTall(Lowered(column_ + window_), Lowered(column_));
-    else
-      Move(WidenLow(change), WidenHigh(change));
-    column_ += 16;
+    for (int i = 0; i < step; ++i, column_ += 16) {
+      const Lanes change = Load(column_ + window_) - Load(column_);
+      if constexpr (tall)
+        MoveTall(Lowered(column_ + window_), Lowered(column_));
+      else
+        Move(WidenLow(change), WidenHigh(change));
+    }
   }
 
   // The sum of end - v over the samples v below end = 16 * segment; the segment is 0..16.

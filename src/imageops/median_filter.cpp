@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "imageops/column_histograms.h"
+#include "imageops/corners.h"
 #include "imageops/direct_sums.h"
 #include "imageops/median_networks.h"
 #include "imageops/method_choice.h"
@@ -26,20 +27,6 @@ void MedianFromHistograms(WindowReach reach, const BytePlane& plane, BytePlane& 
       for (int i = x; i < x + row.width; ++i) ranks[i] = MedianRank(y, i, height, width, reach);
     kernels.histogram[row.tallColumns].rank(row, ranks.data() + x, Row(result, y) + x);
   });
-}
-
-// The blocks of pixels that are near to two edges.
-void MedianOfCorners(int radius, const BytePlane& plane, BytePlane& result) {
-  const int side = 2 * radius, bottom = plane.rows() - side, right = plane.cols() - side;
-  BytePlane corner(side, side), medians(side, side);
-  for (const int top : {0, bottom})
-    for (const int left : {0, right}) {
-      for (int y = 0; y < side; ++y) std::copy_n(Row(plane, top + y) + left, side, Row(corner, y));
-      MedianFromHistograms(SquareReach(radius), corner, medians);
-      const int y0 = top == 0 ? 0 : radius, x0 = left == 0 ? 0 : radius;
-      for (int y = y0; y < y0 + radius; ++y)
-        std::copy_n(Row(medians, y) + x0, radius, Row(result, top + y) + left + x0);
-    }
 }
 
 void MedianFromSlidingHistogram(WindowReach reach, const BytePlane& plane, BytePlane& result) {
@@ -76,7 +63,9 @@ BytePlane MedianFilter(int radius, const BytePlane& plane) {
   const WindowReach reach = SquareReach(radius);
   if (PrefersNetworks(radius, plane.rows(), plane.cols())) {
     MedianFromNetworks(radius, plane, result);
-    MedianOfCorners(radius, plane, result);
+    FilterCorners(
+        radius, plane,
+        [&](const BytePlane& corner, BytePlane& medians) { MedianFromHistograms(reach, corner, medians); }, result);
   } else if (FitsColumnHistograms(reach, plane.rows(), plane.cols()))
     MedianFromHistograms(reach, plane, result);
   else

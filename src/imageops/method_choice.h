@@ -10,8 +10,7 @@ namespace quentara {
 /// The largest window that a method takes; beyond it the filter goes through histograms.
 constexpr int kMostSamplesOfDirectMean = 23 * 23;       ///< range mean, square or line
 constexpr int kMostSamplesOfDirectDeviation = 23 * 23;  ///< mean deviation
-constexpr int kMostRadiusOfDirectDiamondMedian = 10;    ///< a byte counts the samples
-constexpr int kMostRadiusOfDirectDiamondDeviation = 30;
+constexpr int kMostRadiusOfDirectDiamondDeviation = 20;
 
 /// Median by sorting networks, which need a plane that is larger than the window.
 inline bool PrefersNetworks(int radius, int height, int width) {
@@ -23,6 +22,15 @@ inline bool PrefersDirectMean(WindowReach reach, int limit) {
   const int samples = SampleCount(reach);
   return limit <= 127 && reach.rows <= 127 && reach.columns <= 127 && samples <= kMostSamplesOfDirectMean &&
          samples * (2 * limit + 1) <= 65535;
+}
+
+/// The same for diamonds, where the kernels need whole registers, too.
+inline bool PrefersDiamondNetworks(int radius, int height, int width) {
+  const int least = 2 * radius + kMostByteLanes;
+  return radius >= 1 && radius <= kMostNetworkDiamond && height >= least && width >= least;
+}
+inline bool PrefersDirectDiamondDeviation(int radius, int width) {
+  return radius <= kMostRadiusOfDirectDiamondDeviation && width >= kMostByteLanes;
 }
 
 /// Mean deviation by direct sums.

@@ -23,6 +23,7 @@ struct ColumnCounters {
   uint8_t* coarse;      ///< coarse[16 * column + segment]: samples in segments 0 .. segment
   uint16_t* distances;  ///< distances[16 * column + segment]: the sum of end - v over the samples v < end, where end =
                         ///< 16 * (segment + 1); in `kBelowWithDistances` only
+  size_t step;          ///< columns from one sample of a row to the next, and from one window: 1 or 2
 };
 
 constexpr int kMostPixels = 512;  ///< in a row of a strip
@@ -30,16 +31,19 @@ constexpr int kMostPixels = 512;  ///< in a row of a strip
 /// The windows of one row of pixels, each of at most 65535 samples.
 struct HistogramRow {
   ColumnCounters columns;
-  int side;          ///< the window of pixel x is columns x .. x + side - 1
-  int width;         ///< pixels in the row; width + side columns are there to be read
+  int side;          ///< the window of pixel x is columns step * x .. step * x + side - 1
+  int width;         ///< pixels in the row; step * width + side columns are there to be read
   bool tallColumns;  ///< a column may have more than 127 samples
 };
 
 /// The upkeep of column histograms.
 struct ColumnKernels {
-  /// By kind: takes a row of samples into the counters of as many columns and another one out; one may be nullptr.
+  /// By kind: takes a row of samples into the counters of its columns and another one out; one may be nullptr.
   void (*moveRow[3])(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count);
 };
+
+/// Where the read-outs `rank` and `deviation` are for a step of 2, of columns that are not tall.
+constexpr int kDiagonalKernels = 2;
 
 /// Read-outs of all windows of a row. Those of the values lowest[x] .. highest[x] need one of them in each window.
 struct HistogramKernels {
@@ -66,10 +70,8 @@ struct WindowRow {
 };
 
 constexpr int kMostByteLanes = 32;  ///< pixels that a kernel takes at a time
-constexpr int kMostTaps = 8;        ///< taps that a direct kernel adds at a time
 
-/// Sums over small windows, sample by sample for many pixels at a time. Arrays with an index [taps], 1 .. kMostTaps,
-/// take values[x] .. values[x + taps - 1] for pixel x.
+/// Sums over small windows, sample by sample for many pixels at a time.
 struct DirectKernels {
   /// out[x] = the mean of the values within limit of centre[x], after Lee (1983). limit <= 127, at most 255 rows and
   /// columns, and (2 * limit + 1) times the samples of a window <= 65535. The padding is 0; outside[x], up to a
@@ -82,10 +84,6 @@ struct DirectKernels {
                     float* out);
   /// Takes a row of samples into sums of columns and another one out.
   void (*moveColumns)(const uint8_t* entering, const uint8_t* leaving, uint16_t* columns, int width);
-  /// Adds to counts[x] how many of the values are at most limits[x].
-  void (*countNotAbove[kMostTaps + 1])(const uint8_t* values, const uint8_t* limits, uint8_t* counts, int width);
-  /// Adds |v - medians[x]| over the values v to sums[x].
-  void (*addDistances[kMostTaps + 1])(const uint8_t* values, const uint8_t* medians, int* sums, int width);
 };
 
 /// The rows behind two rows of pixels, in tiles of 2 x 2 pixels. Tile t is pixels 2 t and 2 t + 1 of either row, and
@@ -128,15 +126,34 @@ struct BoxKernels {
   void (*meansOfColumns)(const int* columns, int reach, const float* counts, uint8_t* means, int width);
 };
 
+/// The diamonds of one row of pixels. Of row i pixel x takes columns x + |i - radius| .. x + 2 * radius - |i - radius|.
+struct DiamondRow {
+  const uint8_t* const* rows;  ///< 2 * radius + 1 of them
+  int radius;
+  int width;  ///< pixels, kMostByteLanes or more
+};
+
+constexpr int kMostNetworkDiamond = 7;
+
+/// Small diamonds, sample by sample for many pixels at a time.
+struct DiamondKernels {
+  /// By radius, from 1: out[x] = the median of the diamond.
+  void (*median[kMostNetworkDiamond + 1])(const DiamondRow& row, uint8_t* out);
+  /// out[x] = the mean of |v - medians[x]| over the values v of the diamond, sizes[x] of them; the others are padding
+  /// of 0. The radius is at most 128.
+  void (*deviation)(const DiamondRow& row, const uint8_t* medians, const float* sizes, float* out);
+};
+
 struct WindowKernels {
   const char* name;
   const ColumnKernels& columns;
-  const HistogramKernels* histogram;  ///< [HistogramRow::tallColumns]
+  const HistogramKernels* histogram;  ///< [HistogramRow::tallColumns], and [kDiagonalKernels] for a step of 2
   const DirectKernels& direct;
   const MedianKernels& median;
   const ExtremeKernels& largest;
   const ExtremeKernels& smallest;
   const BoxKernels& box;
+  const DiamondKernels& diamond;
 };
 
 }  // namespace quentara

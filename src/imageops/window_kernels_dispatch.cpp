@@ -4,20 +4,22 @@ namespace quentara {
 
 namespace baseline {
 extern const ColumnKernels kColumnKernels;
-extern const HistogramKernels kHistogramKernels[2];
+extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
 extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
+extern const DiamondKernels kDiamondKernels;
 }  // namespace baseline
 
 namespace avx2 {
 extern const ColumnKernels kColumnKernels;
-extern const HistogramKernels kHistogramKernels[2];
+extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
 extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
+extern const DiamondKernels kDiamondKernels;
 }  // namespace avx2
 
 namespace {
@@ -34,7 +36,8 @@ const std::vector<const WindowKernels*>& RunnableKernels() {
                                       baseline::kMedianKernels,
                                       baseline::kLargestKernels,
                                       baseline::kSmallestKernels,
-                                      baseline::kBoxKernels};
+                                      baseline::kBoxKernels,
+                                      baseline::kDiamondKernels};
   static const WindowKernels wide = {"avx2",
                                      avx2::kColumnKernels,
                                      avx2::kHistogramKernels,
@@ -42,7 +45,8 @@ const std::vector<const WindowKernels*>& RunnableKernels() {
                                      avx2::kMedianKernels,
                                      avx2::kLargestKernels,
                                      avx2::kSmallestKernels,
-                                     avx2::kBoxKernels};
+                                     avx2::kBoxKernels,
+                                     avx2::kDiamondKernels};
   static const std::vector<const WindowKernels*> runnable = [] {
     std::vector<const WindowKernels*> sets = {&plain};
     __builtin_cpu_init();
