@@ -144,6 +144,21 @@ struct DiamondKernels {
   void (*deviation)(const DiamondRow& row, const uint8_t* medians, const float* sizes, float* out);
 };
 
+/// A plane that lies with its first sample at (top, left) of a rotation's canvas.
+struct SampledPlane {
+  const uint8_t* samples;
+  int stride, top, left;
+};
+
+constexpr int kMostSampled = 256;  ///< pixels of a run
+
+struct RotationKernels {
+  /// result[i] = the plane at (columnX[i] + rowX, columnY[i] + rowY), interpolated between the centres of four of its
+  /// samples and cut to a whole number. All four lie in the plane; count is at most kMostSampled.
+  void (*sample)(const SampledPlane& plane, const float* columnX, const float* columnY, float rowX, float rowY,
+                 int count, uint8_t* result);
+};
+
 struct WindowKernels {
   const char* name;
   const ColumnKernels& columns;
@@ -154,6 +169,7 @@ struct WindowKernels {
   const ExtremeKernels& smallest;
   const BoxKernels& box;
   const DiamondKernels& diamond;
+  const RotationKernels& rotation;
 };
 
 }  // namespace quentara

@@ -10,6 +10,7 @@ extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
 extern const DiamondKernels kDiamondKernels;
+extern const RotationKernels kRotationKernels;
 }  // namespace baseline
 
 namespace avx2 {
@@ -20,6 +21,7 @@ extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
 extern const DiamondKernels kDiamondKernels;
+extern const RotationKernels kRotationKernels;
 }  // namespace avx2
 
 namespace {
@@ -37,7 +39,8 @@ const std::vector<const WindowKernels*>& RunnableKernels() {
                                       baseline::kLargestKernels,
                                       baseline::kSmallestKernels,
                                       baseline::kBoxKernels,
-                                      baseline::kDiamondKernels};
+                                      baseline::kDiamondKernels,
+                                      baseline::kRotationKernels};
   static const WindowKernels wide = {"avx2",
                                      avx2::kColumnKernels,
                                      avx2::kHistogramKernels,
@@ -46,7 +49,8 @@ const std::vector<const WindowKernels*>& RunnableKernels() {
                                      avx2::kLargestKernels,
                                      avx2::kSmallestKernels,
                                      avx2::kBoxKernels,
-                                     avx2::kDiamondKernels};
+                                     avx2::kDiamondKernels,
+                                     avx2::kRotationKernels};
   static const std::vector<const WindowKernels*> runnable = [] {
     std::vector<const WindowKernels*> sets = {&plain};
     __builtin_cpu_init();

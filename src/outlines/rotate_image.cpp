@@ -4,7 +4,8 @@
 #include <cassert>
 #include <cmath>
 #include <cstddef>
-#include <cstdint>
+
+#include "imageops/window_kernels_dispatch.h"
 
 namespace quentara {
 namespace {
@@ -76,34 +77,8 @@ unsigned char SampleAt(const Rotation& rotation, const PastedPlane& image, int x
       Interpolated(neighbour(0, 0), neighbour(0, 1), neighbour(1, 0), neighbour(1, 1), atX - floorX, atY - floorY));
 }
 
-constexpr int kBlock = 256;  // columns of the result whose source lines stay in the nearest cache
-
-// Pixels with four neighbours inside the plane. In three steps, so that only the fetching is left to scalar code.
-void SampleRun(const PastedPlane& image, const float* columnX, const float* columnY, float rowX, float rowY, int count,
-               unsigned char* __restrict result) {
-  float fx[kBlock], fy[kBlock];
-  std::int32_t place[kBlock], upper[kBlock], lower[kBlock];
-  const int stride = image.plane.cols();
-  for (int i = 0; i < count; ++i) {
-    const float atX = columnX[i] + rowX - 0.5f, atY = columnY[i] + rowY - 0.5f;
-    const int x = static_cast<int>(atX), y = static_cast<int>(atY);
-    fx[i] = atX - static_cast<float>(x);
-    fy[i] = atY - static_cast<float>(y);
-    place[i] = (y - image.top) * stride + (x - image.left);
-  }
-  const unsigned char* const samples = image.plane.data();
-  for (int i = 0; i < count; ++i) {
-    const unsigned char* const pair = samples + place[i];
-    upper[i] = pair[0] | pair[1] << 8;
-    lower[i] = pair[stride] | pair[stride + 1] << 8;
-  }
-  for (int i = 0; i < count; ++i) {
-    const float value =
-        Interpolated(static_cast<float>(upper[i] & 255), static_cast<float>(upper[i] >> 8),
-                     static_cast<float>(lower[i] & 255), static_cast<float>(lower[i] >> 8), fx[i], fy[i]);
-    result[i] = static_cast<unsigned char>(static_cast<int>(value));
-  }
-}
+// Columns of the result whose source lines stay in the nearest cache.
+constexpr int kBlock = kMostSampled;
 
 }  // namespace
 
@@ -143,13 +118,15 @@ BytePlane RotateImage(const Rotation& rotation, const PastedPlane& image, const 
     interpolate(row.inner.end, row.touched.end);
     fillBlack(row.touched.end, columns.end);
   }
+  const RotationKernels& kernels = ActiveKernels().rotation;
+  const SampledPlane plane = {image.plane.data(), image.plane.cols(), image.top, image.left};
   for (int left = columns.begin; left < columns.end; left += kBlock)
     for (int i = 0; i < window.height; ++i) {
       const Span& inner = spans[static_cast<std::size_t>(i)].inner;
       const int begin = std::max(left, inner.begin), end = std::min(left + kBlock, inner.end), y = window.top + i;
       if (begin < end)
-        SampleRun(image, rotation.columnX() + begin, rotation.columnY() + begin, rotation.RowX(y), rotation.RowY(y),
-                  end - begin, Row(result, i) + (begin - window.left));
+        kernels.sample(plane, rotation.columnX() + begin, rotation.columnY() + begin, rotation.RowX(y),
+                       rotation.RowY(y), end - begin, Row(result, i) + (begin - window.left));
     }
   return result;
 }

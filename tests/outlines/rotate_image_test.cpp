@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "imageops/window_kernels_dispatch.h"
 #include "support/planes.h"
 
 namespace quentara {
@@ -59,9 +60,12 @@ TEST(RotateImage, TakesThePastedPlaneForTheWholeImage) {
     window.height = 1 + below(height - window.top), window.width = 1 + below(width - window.left);
     for (const float degrees : {0.0f, 45.0f, -45.0f, 90.0f, -170.0f, 13.7f}) {
       const Rotation rotation(width, height, degrees);
-      EXPECT_EQ("", FirstDifference(Cut(RotatedByDefinition(image, degrees, height), window),
-                                    RotateImage(rotation, {plane, top, left}, window)))
-          << "run " << run << " by " << degrees;
+      const BytePlane expected(Cut(RotatedByDefinition(image, degrees, height), window));
+      for (const WindowKernels* kernels : RunnableKernels()) {
+        const KernelScope scope(*kernels);
+        EXPECT_EQ("", FirstDifference(expected, RotateImage(rotation, {plane, top, left}, window)))
+            << kernels->name << " run " << run << " by " << degrees;
+      }
     }
   }
 }
