@@ -6,7 +6,8 @@
 #include <new>
 #include <vector>
 
-#include "host/platform.h"
+#include "host/default_arithmetic.h"
+#include "platform/platform.h"
 
 namespace Nivra::Host::AE {
 namespace {
@@ -42,6 +43,7 @@ struct TaskRun {
 // No exception may pass through the host's frames.
 PF_Err RunHostIteration(void* refcon, A_long threadIndex, A_long i, A_long iterations) {
   const TaskRun& run = *static_cast<const TaskRun*>(refcon);
+  const DefaultArithmetic arithmetic;
   try {
     run.task(threadIndex, i, iterations, run.data);
   } catch (const Interrupted&) {
@@ -57,6 +59,7 @@ enum ExitCode : int { kFinished = 0, kOutOfMemory = 1, kStopped = 2, kFailed = 3
 
 int RunOwnThread(void* data, int index) {
   const TaskRun& run = *static_cast<const TaskRun*>(data);
+  const DefaultArithmetic arithmetic;
   try {
     run.task(index, index, run.count, run.data);
   } catch (const std::bad_alloc&) {
@@ -101,7 +104,7 @@ bool Host::HasIterate() const {
 
 int Host::ThreadCount() const {
   if (threadCount_ != 0) return threadCount_;
-  if (!HasIterate()) return System::ProcessorCount();
+  if (!HasIterate()) return quentara::platform::ProcessorCount();
   int count = 1;
   inData_->utils->iterate_generic(PF_Iterations_ONCE_PER_PROCESSOR, &count, CountIterations);
   return count;
@@ -129,7 +132,7 @@ void Host::RunOnHostThreads(Task task, void* data, int count) {
 void Host::RunOnOwnThreads(Task task, void* data, int count) {
   TaskRun run{*this, task, data, count};
   int last = kFinished;
-  for (const int code : System::RunThreads(RunOwnThread, &run, count))
+  for (const int code : quentara::platform::RunThreads(RunOwnThread, &run, count))
     if (code != kFinished) last = code;
   if (last == kOutOfMemory) throw std::bad_alloc();
   if (last == kStopped) throw Interrupted();

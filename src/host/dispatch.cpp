@@ -7,6 +7,7 @@
 #include <string>
 
 #include "AE_EffectCB.h"
+#include "host/default_arithmetic.h"
 #include "host/effect_values.h"
 #include "host/param_definition.h"
 #include "host/plugin_nivra.h"
@@ -75,6 +76,7 @@ void CopyAsAscii(const char* text, Message& message) {
 
 PF_Err Dispatch(PF_Cmd command, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[], PF_LayerDef* output,
                 void*) noexcept {
+  const DefaultArithmetic arithmetic;
   try {
     switch (command) {
       case PF_Cmd_ABOUT:

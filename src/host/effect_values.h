@@ -20,6 +20,12 @@ constexpr PF_OutFlags2 kOutFlags2 = PF_OutFlag2_SUPPORTS_QUERY_DYNAMIC_FLAGS |
 static_assert(kVersion == 0x0010BE00 && kOutFlags == 0x06001000 && kOutFlags2 == 0x00008009);
 
 constexpr char kName[] = "Velmor!";
+constexpr char kHostName[] = "Velmor! Quentara";
+constexpr char kCategory[] = "Kestrane Velmor";
+constexpr char kMatchName[] = "Ardelis Velmor! Quentara";
+constexpr char kEntryPoint[] = "PluginEntry";
+constexpr int kPiplVersion = 2;
+constexpr int kInterfaceVersion = 13;
 constexpr char kPurpose[] = "Turns live-action footage into drawn and painted pictures.";
 
 }  // namespace Nivra::EffectValues

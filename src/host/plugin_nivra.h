@@ -6,7 +6,7 @@
 #include <new>
 
 #include "host/ae_host.h"
-#include "host/platform.h"
+#include "platform/platform.h"
 #include "render/plugin_host.h"
 
 namespace Plugin {
@@ -107,7 +107,7 @@ class HostNivra : public Host {
   }
 
   NativeHost* const host_;
-  Nivra::Host::System::CriticalSection memoryLock_;
+  quentara::platform::CriticalSection memoryLock_;
   bool inThread_ = false;
 };
 

@@ -1,5 +1,7 @@
 #include "imageops/window_kernels_dispatch.h"
 
+#include "platform/platform.h"
+
 namespace quentara {
 
 namespace baseline {
@@ -26,7 +28,7 @@ extern const RotationKernels kRotationKernels;
 
 namespace {
 
-thread_local const WindowKernels* chosen = nullptr;
+platform::ThreadPointer chosen;
 
 }  // namespace
 
@@ -62,15 +64,16 @@ const std::vector<const WindowKernels*>& RunnableKernels() {
 }
 
 const WindowKernels& ActiveKernels() {
-  return chosen != nullptr ? *chosen : *RunnableKernels().back();
+  const auto* const kernels = static_cast<const WindowKernels*>(chosen.Get());
+  return kernels != nullptr ? *kernels : *RunnableKernels().back();
 }
 
-KernelScope::KernelScope(const WindowKernels& kernels) : former_(chosen) {
-  chosen = &kernels;
+KernelScope::KernelScope(const WindowKernels& kernels) : former_(static_cast<const WindowKernels*>(chosen.Get())) {
+  chosen.Set(&kernels);
 }
 
 KernelScope::~KernelScope() {
-  chosen = former_;
+  chosen.Set(former_);
 }
 
 }  // namespace quentara

@@ -1,26 +1,25 @@
 #include "print/stipple_seed.h"
 
-#include <chrono>
+#include "platform/platform.h"
 
 namespace quentara {
 namespace {
 
-thread_local std::optional<std::uint32_t> fixedSeed;
+platform::ThreadPointer fixedSeed;
 
 }  // namespace
 
 std::uint32_t StippleSeed() {
-  if (fixedSeed) return *fixedSeed;
-  const auto now = std::chrono::steady_clock::now().time_since_epoch();
-  return static_cast<std::uint32_t>(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count());
+  if (const void* const fixed = fixedSeed.Get()) return *static_cast<const std::uint32_t*>(fixed);
+  return static_cast<std::uint32_t>(platform::ClockTicks());
 }
 
-StippleSeedScope::StippleSeedScope(std::uint32_t seed) : former_(fixedSeed) {
-  fixedSeed = seed;
+StippleSeedScope::StippleSeedScope(std::uint32_t seed) : seed_(seed), former_(fixedSeed.Get()) {
+  fixedSeed.Set(&seed_);
 }
 
 StippleSeedScope::~StippleSeedScope() {
-  fixedSeed = former_;
+  fixedSeed.Set(former_);
 }
 
 }  // namespace quentara

@@ -2,11 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 
 namespace quentara {
 
-/// The seed of the next stipple: the low 32 bits of the clock in nanoseconds, or what a `StippleSeedScope` says.
+/// The seed of the next stipple: the low 32 bits of the clock, or what a `StippleSeedScope` says.
 std::uint32_t StippleSeed();
 
 /// Fixes the seed of every stipple that the calling thread renders in the life of the scope.
@@ -18,7 +17,8 @@ class StippleSeedScope {
   StippleSeedScope& operator=(const StippleSeedScope&) = delete;
 
  private:
-  const std::optional<std::uint32_t> former_;
+  const std::uint32_t seed_;
+  void* const former_;
 };
 
 }  // namespace quentara

@@ -3,12 +3,13 @@
 #include <cstdint>
 #include <new>
 
+#include "platform/platform.h"
 #include "render/standalone_host.h"
 
 namespace Plugin {
 namespace {
 
-thread_local Host* current = nullptr;
+quentara::platform::ThreadPointer current;
 
 constexpr std::size_t kAlignment = 64;
 
@@ -20,17 +21,18 @@ struct SamplesOrigin {
 
 }  // namespace
 
-HostScope::HostScope(Host& host) : former_(current) {
-  current = &host;
+HostScope::HostScope(Host& host) : former_(static_cast<Host*>(current.Get())) {
+  current.Set(&host);
 }
 
 HostScope::~HostScope() {
-  current = former_;
+  current.Set(former_);
 }
 
 Host& CurrentHost() {
   static quentara::StandaloneHost plain;
-  return current != nullptr ? *current : plain;
+  auto* const host = static_cast<Host*>(current.Get());
+  return host != nullptr ? *host : plain;
 }
 
 void* Allocate(std::size_t bytes) {

@@ -2,9 +2,9 @@
 
 #include <exception>
 #include <new>
-#include <system_error>
-#include <thread>
 #include <vector>
+
+#include "platform/platform.h"
 
 namespace quentara {
 
@@ -39,24 +39,15 @@ void StandaloneHost::SetThreadCount(int count) {
 void StandaloneHost::RunWorkers(Plugin::Worker worker, void* data, int count) {
   if (count == 0) count = ThreadCount();
   std::vector<std::exception_ptr> failures(static_cast<std::size_t>(count));
-  const auto run = [&](int index) {
+  auto run = [&](int index) {
     try {
       worker(*this, &index, index, count, data);
     } catch (...) {
       failures[static_cast<std::size_t>(index)] = std::current_exception();
     }
   };
-  std::vector<std::thread> threads;
-  threads.reserve(failures.size());
-  for (int index = 1; index < count; ++index) {
-    try {
-      threads.emplace_back(run, index);
-    } catch (const std::system_error&) {
-      run(index);  // no thread to be had: the work is done all the same
-    }
-  }
-  run(0);
-  for (std::thread& thread : threads) thread.join();
+  const auto body = [](void* runs, int index) { return (*static_cast<decltype(run)*>(runs))(index), 0; };
+  platform::RunThreads(body, &run, count);
   for (const std::exception_ptr& failure : failures)
     if (failure) std::rethrow_exception(failure);
 }

@@ -82,7 +82,7 @@ TEST_P(Roads, RunEveryWorkerOnce) {
 }
 
 TEST_P(Roads, CountTheThreadsOnOffer) {
-  const int offered = GetParam() == HostWorkers::None ? Nivra::Host::System::ProcessorCount() : kFakeProcessors;
+  const int offered = GetParam() == HostWorkers::None ? platform::ProcessorCount() : kFakeProcessors;
   EXPECT_EQ(offered, host.ThreadCount());
   const auto runs = [&] {
     std::atomic<int> count{0};
@@ -95,7 +95,7 @@ TEST_P(Roads, CountTheThreadsOnOffer) {
   EXPECT_EQ(5, runs());
   host.SetThreadCount(0);
   fake.in.version = {11, 99};
-  EXPECT_EQ(Nivra::Host::System::ProcessorCount(), host.ThreadCount()) << "iterate_generic came with version 12";
+  EXPECT_EQ(platform::ProcessorCount(), host.ThreadCount()) << "iterate_generic came with version 12";
 }
 
 TEST(HostServices, CountOneThreadWhenTheHostCallsNothing) {

@@ -1,25 +1,69 @@
 // The library as a host loads it.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include <string>
+#include <filesystem>
+#include <thread>
 
-#include "AE_Effect.h"
+#include "support/loaded_library.h"
 
 namespace quentara {
 namespace {
 
-TEST(Library, AnswersThroughItsEntryPoint) {
-  void* const library = dlopen(QUENTARA_EFFECT, RTLD_NOW | RTLD_LOCAL);
-  ASSERT_NE(nullptr, library) << dlerror();
-  using Entry = PF_Err (*)(PF_Cmd, PF_InData*, PF_OutData*, PF_ParamDef**, PF_LayerDef*, void*);
-  const auto entry = reinterpret_cast<Entry>(dlsym(library, "PluginEntry"));
-  ASSERT_NE(nullptr, entry);
-  PF_InData in{};
-  PF_OutData out{};
-  EXPECT_EQ(PF_Err_NONE, entry(PF_Cmd_GLOBAL_SETUP, &in, &out, nullptr, nullptr, nullptr));
-  EXPECT_NE(0u, out.my_version);
-  EXPECT_EQ(0, dlclose(library));
+constexpr int kHeight = 40, kWidth = 30;
+// Of memory that the run-time library that is part of a Windows library keeps for its locks when that is unloaded.
+constexpr int kRuntimeBytes = 2048;
+
+FakeWorld Painted(FakeHost::Entry entry, HostWorkers workers, const FakeWorld& input) {
+  std::mt19937 rng(2);
+  FakeHost host(workers);
+  host.entry = entry;
+  EXPECT_EQ(PF_Err_NONE, host.DefineParams());
+  FakeWorld output(kHeight, kWidth, false, 0, rng);
+  EXPECT_EQ(PF_Err_NONE, host.Render(input, output)) << host.out.return_msg;
+  return output;
+}
+
+TEST(Library, PaintsInTwoThreadsAtOnceWhatTheCodeInsideItPaints) {
+  std::mt19937 rng(1);
+  const FakeWorld input(kHeight, kWidth, false, 0, rng);
+  const FakeWorld expected = Painted(FakeHost().entry, HostWorkers::Serial, input);
+  const LoadedLibrary library(QUENTARA_EFFECT);
+  const auto paintOften = [&](HostWorkers workers) {
+    for (int i = 0; i < 10; ++i) ASSERT_EQ(expected.memory, Painted(library.entry(), workers, input).memory);
+  };
+  std::thread other(paintOften, HostWorkers::Threads);
+  paintOften(HostWorkers::None);
+  other.join();
+}
+
+TEST(Library, LoadsFromAPathWithBlanksAndLettersOfAnyKind) {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / u8"Quentara \u00e6\u6f22 effect";
+  std::filesystem::create_directories(folder);
+  const std::filesystem::path copy = folder / u8"na\u00efve name.aex";
+  std::filesystem::copy_file(QUENTARA_EFFECT, copy, std::filesystem::copy_options::overwrite_existing);
+  {
+    const LoadedLibrary library(copy);
+    FakeHost host;
+    host.entry = library.entry();
+    EXPECT_EQ(PF_Err_NONE, host.Send(PF_Cmd_GLOBAL_SETUP));
+    EXPECT_NE(0u, host.out.my_version);
+  }
+  std::filesystem::remove_all(folder);
+}
+
+TEST(Library, LeavesNothingBehindWhenItIsUnloaded) {
+  std::mt19937 rng(3);
+  const FakeWorld input(kHeight, kWidth, false, 0, rng);
+  const auto use = [&] {
+    const LoadedLibrary library(QUENTARA_EFFECT);
+    Painted(library.entry(), HostWorkers::None, input);
+  };
+  for (int i = 0; i < 10; ++i) use();
+  const ProcessUse before = UseOfProcess();
+  for (int i = 0; i < 100; ++i) use();
+  const ProcessUse after = UseOfProcess();
+  EXPECT_EQ(before.handles, after.handles);
+  EXPECT_NEAR(static_cast<double>(before.bytes), static_cast<double>(after.bytes), 100 * kRuntimeBytes);
 }
 
 }  // namespace

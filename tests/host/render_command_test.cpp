@@ -1,5 +1,6 @@
 // Whole renders through the command dispatcher.
 #include <gmock/gmock.h>
+#include <xmmintrin.h>
 
 #include <cstring>
 #include <functional>
@@ -233,6 +234,28 @@ TEST(RenderCommand, HoldsNoMorePicturesThanItsStyleNeeds) {
     FakeHandles::mostBytes = 0;
     ASSERT_EQ(PF_Err_NONE, host.Render(input, output));
     EXPECT_GE(bytesPerPixel, static_cast<double>(FakeHandles::mostBytes) / (kLargeHeight * kLargeWidth)) << roto;
+  }
+}
+
+// Down, without denormal numbers, and with 53 bits in the x87 registers: nothing of that reaches a byte, and the host
+// finds it as it was.
+TEST(RenderCommand, PaintsTheSameInAnyArithmeticOfTheHost) {
+  std::mt19937 rng(6);
+  const FakeWorld input(52, kWidth, false, 0, rng);
+  for (const HostWorkers workers : kAllHostWorkers) {
+    const FakeWorld expected = Painted(workers, input);
+    const unsigned standard = _mm_getcsr(), odd = (standard & 0x1F80) | 0xA040;
+    const unsigned short narrow = 0x027F, wide = 0x037F;
+    unsigned short after = 0;
+    _mm_setcsr(odd);
+    asm volatile("fldcw %0" : : "m"(narrow));
+    const FakeWorld painted = Painted(workers, input);
+    const unsigned oddAfter = _mm_getcsr();
+    asm volatile("fnstcw %0\n\tfldcw %1" : "=m"(after) : "m"(wide));
+    _mm_setcsr(standard);
+    EXPECT_EQ(expected.memory, painted.memory);
+    EXPECT_EQ(odd, oddAfter & ~0x3Fu);
+    EXPECT_EQ(narrow, after);
   }
 }
 

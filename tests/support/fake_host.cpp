@@ -132,7 +132,7 @@ void FakeWorld::SetSample(int y, int x, int channel, int value) {
     row[at] = static_cast<std::uint8_t>(value);
 }
 
-FakeHost::FakeHost(HostWorkers workers, PF_SpecVersion version) : params(1) {
+FakeHost::FakeHost(HostWorkers workers, PF_SpecVersion version) : entry(Nivra::Dispatch), params(1) {
   utils.host_new_handle = NewHandle;
   utils.host_lock_handle = LockHandle;
   utils.host_dispose_handle = DisposeHandle;
@@ -149,7 +149,7 @@ FakeHost::FakeHost(HostWorkers workers, PF_SpecVersion version) : params(1) {
 }
 
 PF_Err FakeHost::Send(PF_Cmd command) {
-  return Nivra::Dispatch(command, &in, &out, nullptr, nullptr, nullptr);
+  return entry(command, &in, &out, nullptr, nullptr, nullptr);
 }
 
 PF_ParamDef& FakeHost::Param(int id) {
@@ -169,7 +169,7 @@ PF_Err FakeHost::Render(FakeWorld input, FakeWorld& output) {
   PF_EffectWorld target = output.World();
   std::vector<PF_ParamDef*> list;
   for (PF_ParamDef& param : params) list.push_back(&param);
-  return Nivra::Dispatch(PF_Cmd_RENDER, &in, &out, list.data(), &target, nullptr);
+  return entry(PF_Cmd_RENDER, &in, &out, list.data(), &target, nullptr);
 }
 
 PF_Err FakeHost::AddParam(PF_ProgPtr ref, PF_ParamIndex index, PF_ParamDef* def) {

@@ -52,6 +52,10 @@ class FakeHost {
   FakeHost(const FakeHost&) = delete;
   FakeHost& operator=(const FakeHost&) = delete;
 
+  using Entry = PF_Err (*)(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamDef* params[], PF_LayerDef* output,
+                           void* extra);
+  Entry entry;  ///< the effect's; the code that is linked to the test if nobody says otherwise
+
   PF_InData in{};
   PF_OutData out{};
   PF_UtilCallbacks utils{};

@@ -1,14 +1,22 @@
+#include <pthread.h>
+
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <thread>
 
-#include "host/platform.h"
+#include "platform/platform.h"
 
-namespace Nivra::Host::System {
+namespace quentara::platform {
 
 int ProcessorCount() {
   return std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
+}
+
+std::uint64_t ClockTicks() {
+  return static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
 }
 
 std::vector<int> RunThreads(ThreadBody body, void* data, int count) {
@@ -28,6 +36,23 @@ std::vector<int> RunThreads(ThreadBody body, void* data, int count) {
   return codes;
 }
 
+ThreadPointer::ThreadPointer() {
+  static_assert(sizeof(pthread_key_t) == sizeof slot_);
+  if (pthread_key_create(&slot_, nullptr) != 0) throw std::bad_alloc();
+}
+
+ThreadPointer::~ThreadPointer() {
+  pthread_key_delete(slot_);
+}
+
+void* ThreadPointer::Get() const {
+  return pthread_getspecific(slot_);
+}
+
+void ThreadPointer::Set(const void* pointer) {
+  pthread_setspecific(slot_, pointer);
+}
+
 struct CriticalSection::Native {
   std::mutex mutex;
 };
@@ -44,4 +69,4 @@ void CriticalSection::unlock() {
   native_->mutex.unlock();
 }
 
-}  // namespace Nivra::Host::System
+}  // namespace quentara::platform
