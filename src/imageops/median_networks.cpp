@@ -37,8 +37,6 @@ class SplitRows {
     for (int i = 0; i < count_ - 2; ++i) Load(i - radius_);
   }
 
-  int pitch() const { return pitch_; }
-
   // Turns to the rows behind pixels of rows y and y + 1, which follow those of y - 2 and y - 1.
   TileRow StepTo(int y, Sample* upper, Sample* lower) {
     Load(y + radius_), Load(y + radius_ + 1);
@@ -46,7 +44,7 @@ class SplitRows {
       const auto place = static_cast<std::size_t>(i);
       even_[place] = Place(y - radius_ + i), odd_[place] = even_[place] + pitch_;
     }
-    return {even_.data(), odd_.data(), width_, upper, lower};
+    return {even_.data(), odd_.data(), width_, upper, lower, plane_.cols()};
   }
 
  private:
@@ -85,14 +83,9 @@ void MedianFromNetworks(int radius, const BytePlane& plane, BytePlane& result) {
   assert(radius >= 1 && radius <= kMostNetworkRadius && std::min(plane.rows(), plane.cols()) > 2 * radius);
   SplitRows rows(radius, plane);
   const auto medianOfTiles = ActiveKernels().median.medianOfTiles[radius];
-  Scratch<Sample> medians(static_cast<std::size_t>(4 * rows.pitch()));
-  Sample* const upper = medians.data();
-  Sample* const lower = upper + 2 * rows.pitch();
-  for (int y = 0; y < plane.rows(); y += 2) {
-    medianOfTiles(rows.StepTo(y, upper, lower));
-    std::copy_n(upper + 2 * radius, plane.cols(), Row(result, y));
-    if (y + 1 < plane.rows()) std::copy_n(lower + 2 * radius, plane.cols(), Row(result, y + 1));
-  }
+  Scratch<Sample> spare(static_cast<std::size_t>(plane.cols()));  // for the row below an odd number of them
+  for (int y = 0; y < plane.rows(); y += 2)
+    medianOfTiles(rows.StepTo(y, Row(result, y), y + 1 < plane.rows() ? Row(result, y + 1) : spare.data()));
 }
 
 }  // namespace quentara

@@ -58,7 +58,7 @@ constexpr int Kept(int radius, int samples) {
 }
 
 /// Sorted columns: the even and the odd ones.
-template <int radius, int rows>
+template <int radius, int rows, bool stored = (rows > 2)>
 class Columns {
  public:
   void Step(const uint8_t* const* even, const uint8_t* const* odd, int width) {
@@ -74,18 +74,18 @@ class Columns {
   Lists<rows, Block(radius)> even_, odd_;
 };
 
-/// Columns of one row are the row itself.
-template <int radius>
-class Columns<radius, 1> {
+/// Columns of one or two samples are sorted wherever they are used.
+template <int radius, int rows>
+class Columns<radius, rows, false> {
  public:
-  void Step(const uint8_t* const* even, const uint8_t* const* odd, int) { even_ = *even, odd_ = *odd; }
+  void Step(const uint8_t* const* even, const uint8_t* const* odd, int) { even_ = even, odd_ = odd; }
   void Shift() {}
 
-  BYTE_LANES_INLINE_METHOD Sorted<1> Even(int x) const { return {{LoadBytes(even_ + x)}}; }
-  BYTE_LANES_INLINE_METHOD Sorted<1> Odd(int x) const { return {{LoadBytes(odd_ + x)}}; }
+  BYTE_LANES_INLINE_METHOD Sorted<rows> Even(int x) const { return SortedColumn<rows>(even_, x); }
+  BYTE_LANES_INLINE_METHOD Sorted<rows> Odd(int x) const { return SortedColumn<rows>(odd_, x); }
 
  private:
-  const uint8_t *even_, *odd_;
+  const uint8_t *const *even_, *const *odd_;  // of the present step
 };
 
 /// Runs of 2 * pairs columns of so many rows, sorted. Lane x has the run that ends with pair x.
@@ -163,8 +163,8 @@ class Tiles {
       const auto shared = shared_.At(x);
       const Sorted<kWide> left = Middle<kWide>(Merged(shared, shared_.columns().Even(x - radius)));
       const Sorted<kWide> right = Middle<kWide>(Merged(shared, shared_.columns().Odd(x)));
-      StoreMedians(left, right, upper_, x, row.upper + 2 * (start + x));
-      StoreMedians(left, right, lower_, x, row.lower + 2 * (start + x));
+      StoreMedians(left, right, upper_, x, row.upper, row.pixels, 2 * (start + x - radius));
+      StoreMedians(left, right, lower_, x, row.lower, row.pixels, 2 * (start + x - radius));
     }
     shared_.Shift(), upper_.Shift(), lower_.Shift();
   }
@@ -174,10 +174,17 @@ class Tiles {
   using Line = Runs<radius, 1, radius>;
 
   BYTE_LANES_INLINE_METHOD static void StoreMedians(const Sorted<kWide>& left, const Sorted<kWide>& right,
-                                                    const Line& line, int x, uint8_t* out) {
+                                                    const Line& line, int x, uint8_t* row, int pixels, int first) {
     const Sorted<2 * radius> shared = line.At(x);
-    StoreInterleaved(MedianOf(left, Merged(shared, line.columns().Even(x - radius))),
-                     MedianOf(right, Merged(shared, line.columns().Odd(x))), out);
+    const Bytes even = MedianOf(left, Merged(shared, line.columns().Even(x - radius)));
+    const Bytes odd = MedianOf(right, Merged(shared, line.columns().Odd(x)));
+    if (first >= 0 && first + 2 * kByteLanes <= pixels) {
+      StoreInterleaved(even, odd, row + first);
+    } else {
+      uint8_t medians[2 * kByteLanes];
+      StoreInterleaved(even, odd, medians);
+      for (int i = first < 0 ? -first : 0; i < 2 * kByteLanes && first + i < pixels; ++i) row[first + i] = medians[i];
+    }
   }
 
   Runs<radius, 2 * radius, radius> shared_;

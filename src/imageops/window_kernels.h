@@ -89,12 +89,12 @@ struct DirectKernels {
 /// The rows behind two rows of pixels, in tiles of 2 x 2 pixels. Tile t is pixels 2 t and 2 t + 1 of either row, and
 /// its windows take columns 2 t .. 2 t + 2 radius + 1 of the rows, which are padded on both sides.
 struct TileRow {
-  const uint8_t* const*
-      even;                   ///< columns 0, 2, 4 ... of 2 radius + 2 rows, to be read from -radius to a multiple of 32
-  const uint8_t* const* odd;  ///< columns 1, 3, 5 ...
-  int width;                  ///< tiles and radius more
-  uint8_t* upper;             ///< pixel x goes to upper[x + 2 radius], to be written up to a multiple of 64
+  const uint8_t* const* even;  ///< columns 0, 2 ... of 2 radius + 2 rows, readable from -radius to a multiple of 32
+  const uint8_t* const* odd;   ///< columns 1, 3 ...
+  int width;                   ///< tiles and radius more
+  uint8_t* upper;              ///< the two rows of medians
   uint8_t* lower;
+  int pixels;  ///< in either of them
 };
 
 constexpr int kMostNetworkRadius = 8;
