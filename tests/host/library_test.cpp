@@ -63,6 +63,7 @@ TEST(Library, LeavesNothingBehindWhenItIsUnloaded) {
   for (int i = 0; i < 100; ++i) use();
   const ProcessUse after = UseOfProcess();
   EXPECT_EQ(before.handles, after.handles);
+  EXPECT_EQ(before.freeThreadSlot, after.freeThreadSlot);
   EXPECT_NEAR(static_cast<double>(before.bytes), static_cast<double>(after.bytes), 100 * kRuntimeBytes);
 }
 
