@@ -47,13 +47,13 @@ void AudioCopy::CopyUntil(std::int64_t end, const std::function<void(AVPacket&)>
   for (; hasPacket_ || (hasPacket_ = ReadPacket()); hasPacket_ = false) {
     const AVRational timeBase = demuxer_->streams[packet_->stream_index]->time_base;
     const std::int64_t stamp = packet_->pts != AV_NOPTS_VALUE ? packet_->pts : packet_->dts;
-    const std::int64_t time = stamp == AV_NOPTS_VALUE ? start_ : av_rescale_q(stamp, timeBase, AV_TIME_BASE_Q);
+    const std::int64_t time = stamp == AV_NOPTS_VALUE ? start_ : av_rescale_q(stamp, timeBase, kFfmpegTime);
     if (time >= end) return;
     if (time < start_ || time >= end_) continue;
     AVStream* target = std::find_if(streams_.begin(), streams_.end(), [&](const Stream& stream) {
                          return stream.source == packet_->stream_index;
                        })->target;
-    const std::int64_t shift = av_rescale_q(shift_, AV_TIME_BASE_Q, timeBase);
+    const std::int64_t shift = av_rescale_q(shift_, kFfmpegTime, timeBase);
     if (packet_->pts != AV_NOPTS_VALUE) packet_->pts += shift;
     if (packet_->dts != AV_NOPTS_VALUE) packet_->dts += shift;
     av_packet_rescale_ts(packet_.get(), timeBase, target->time_base);

@@ -14,6 +14,9 @@ extern "C" {
 
 namespace quentara::media {
 
+/// The unit of times that belong to no stream. FFmpeg's own name for it is C and no C++.
+constexpr AVRational kFfmpegTime{1, AV_TIME_BASE};
+
 struct FfmpegDeleter {
   void operator()(AVCodecContext* codec) const { avcodec_free_context(&codec); }
   void operator()(AVFrame* frame) const { av_frame_free(&frame); }

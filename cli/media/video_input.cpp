@@ -83,8 +83,8 @@ class PictureSource {
     const std::int64_t start = packet_->pts != AV_NOPTS_VALUE ? packet_->pts : packet_->dts;
     if (start == AV_NOPTS_VALUE) return;
     const AVRational timeBase = demuxer_->streams[packet_->stream_index]->time_base;
-    start_ = std::min(start_, av_rescale_q(start, timeBase, AV_TIME_BASE_Q));
-    end_ = std::max(end_, av_rescale_q(start + packet_->duration, timeBase, AV_TIME_BASE_Q));
+    start_ = std::min(start_, av_rescale_q(start, timeBase, kFfmpegTime));
+    end_ = std::max(end_, av_rescale_q(start + packet_->duration, timeBase, kFfmpegTime));
   }
 
   /// Some containers just end where a file is cut off; their head still says how long it was.

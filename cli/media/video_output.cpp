@@ -213,10 +213,10 @@ class VideoOutput final : public Output {
       const AVRational unit = source_->timeBase;
       if (count_ == 0) SetStart(frame.number, origin.time);
       const bool oneRun = !source_->range || source_->range->IsContiguous();
-      time = oneRun ? origin.time + av_rescale_q(shift_, AV_TIME_BASE_Q, unit) : playedTime_;
+      time = oneRun ? origin.time + av_rescale_q(shift_, kFfmpegTime, unit) : playedTime_;
       duration = std::max<std::int64_t>(origin.duration, 1);
       playedTime_ += duration;
-      sourceEnd_ = av_rescale_q(origin.time + duration, unit, AV_TIME_BASE_Q);
+      sourceEnd_ = av_rescale_q(origin.time + duration, unit, kFfmpegTime);
       if (steady_) {
         time = av_rescale_q(time, unit, encoder_->time_base);
         duration = 1;
@@ -229,7 +229,7 @@ class VideoOutput final : public Output {
 
   void SetStart(std::int64_t number, std::int64_t time) {
     const bool startsLater = source_->range && number > 1;
-    const std::int64_t start = av_rescale_q(time, source_->timeBase, AV_TIME_BASE_Q);
+    const std::int64_t start = av_rescale_q(time, source_->timeBase, kFfmpegTime);
     if (startsLater) {
       shift_ = -start;
       audio_->StartAt(start);
@@ -250,7 +250,7 @@ class VideoOutput final : public Output {
         durations_.erase(duration);
       }
       if (audio_) {
-        const std::int64_t time = av_rescale_q(packet->dts, encoder_->time_base, AV_TIME_BASE_Q) - shift_;
+        const std::int64_t time = av_rescale_q(packet->dts, encoder_->time_base, kFfmpegTime) - shift_;
         audio_->CopyUntil(time, [&](AVPacket& sound) { WritePacket(sound); });
       }
       av_packet_rescale_ts(packet.get(), encoder_->time_base, stream_->time_base);

@@ -92,8 +92,8 @@ BytePlane DoubledScreenByDefinition(const BytePlane& plane, float angle, int cel
 
 TEST(HalftonePattern, EqualsItsDefinitionOnRandomPictures) {
   for (const int quality : {kFast, kHigh})
-    for (const auto& [dotSize, transparency] : {std::pair{1, 0.0f}, {3, 0.3f}, {30, 0.0f}})
-      ForPictures([&](const ChannelSet& picture, int) {
+    for (const auto& [size, mixed] : {std::pair{1, 0.0f}, {3, 0.3f}, {30, 0.0f}})
+      ForPictures([&, dotSize = size, transparency = mixed](const ChannelSet& picture, int) {
         SCOPED_TRACE(testing::Message() << "quality " << quality << " dot size " << dotSize);
         const HalftoneSettings settings = {dotSize, 15.0f, 90.0f, 0.0f, quality, transparency};
         const float angles[] = {15.0f, 90.0f, 0.0f};
