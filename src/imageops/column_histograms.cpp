@@ -50,6 +50,7 @@ void ColumnHistograms::StartStrip(int x, int width) {
 }
 
 void ColumnHistograms::StepTo(int y) {
+  Prefetch(values_, y + reach_.rows + kRowsAhead, firstColumn_, columnCount_);
   Move(y + reach_.rows, y - reach_.rows - 1);
 }
 
@@ -58,6 +59,12 @@ void ColumnHistograms::Move(int entering, int leaving) {
   const unsigned char *const in = samples(entering), *const out = samples(leaving);
   if (in != nullptr || out != nullptr)
     ActiveKernels().columns.moveRow[static_cast<int>(kind_)](columns_, in, out, columnCount_);
+}
+
+void Prefetch(const BytePlane& plane, int y, int x, int count) {
+  if (y >= plane.rows()) return;
+  constexpr int kCacheLine = 64;
+  for (int i = 0; i < count; i += kCacheLine) __builtin_prefetch(Row(plane, y) + x + i);
 }
 
 void RangesAround(const unsigned char* centre, int limit, int count, unsigned char* __restrict lowest,

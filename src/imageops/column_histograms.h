@@ -48,6 +48,11 @@ class ColumnHistograms {
 /// The values within limit, 0..255, of centre[i], cut off at 0 and 255.
 void RangesAround(const unsigned char* centre, int limit, int count, unsigned char* lowest, unsigned char* highest);
 
+/// Asks for `count` samples of a row that is `kRowsAhead` below: strips of a large plane jump from page to page, where
+/// the processor expects nothing.
+constexpr int kRowsAhead = 3;
+void Prefetch(const BytePlane& plane, int y, int x, int count);
+
 /// Calls readOut(y, x, row) for each row of each strip: the row's first pixel is (y, x). The windows fit.
 template <class ReadOut>
 void ForStripRows(WindowReach reach, const BytePlane& values, CountersKind kind, const ReadOut& readOut) {
@@ -68,6 +73,7 @@ void ForRangeStripRows(WindowReach reach, const BytePlane& centre, const BytePla
                        CountersKind kind, const ReadOut& readOut) {
   ForStripRows(reach, values, kind, [&](int y, int x, const HistogramRow& row) {
     unsigned char lowest[ColumnHistograms::kStrip], highest[ColumnHistograms::kStrip];
+    Prefetch(centre, y + kRowsAhead, x, row.width);
     RangesAround(Row(centre, y) + x, limit, row.width, lowest, highest);
     readOut(y, x, row, lowest, highest);
   });
