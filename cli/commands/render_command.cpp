@@ -98,7 +98,7 @@ struct WorkerSplit {
 /// shorter clip, or where so many frames would take more than half of the machine's memory.
 WorkerSplit SplitWorkers(const RenderOptions& options, const media::FrameInfo& info) {
   const int threads = options.run.threads;
-  const std::int64_t frames = info.frameCount.value_or(std::numeric_limits<int>::max());
+  const std::int64_t frames = std::max<std::int64_t>(info.frameCount.value_or(std::numeric_limits<int>::max()), 1);
   if (options.jobs) {
     const int jobs = static_cast<int>(std::min<std::int64_t>(*options.jobs, frames));
     return {jobs, std::max(threads / jobs, 1)};

@@ -66,12 +66,9 @@ class TilePainter {
 
   LabelledPicture Source() const { return {"Source", WithSquarePixels(source_)}; }
 
-  /// None if the effect's version lacks the stage. @throws Cancelled, EffectError
-  std::optional<LabelledPicture> operator()(const Tile& tile) const try {
-    return LabelledPicture{tile.label, WithSquarePixels(instance_.Render(source_, {}, tile.values))};
-  } catch (const EffectError& error) {
-    if (IsUnavailable(error)) return std::nullopt;
-    throw;
+  /// @throws Cancelled, EffectError
+  LabelledPicture operator()(const Tile& tile) const {
+    return {tile.label, WithSquarePixels(instance_.Render(source_, {}, tile.values))};
   }
 
  private:
@@ -87,25 +84,19 @@ class TilePainter {
   media::Rational pixelAspect_;
 };
 
-/// The source and all tiles that the effect can render.
+/// The source and all tiles.
 std::vector<PictureSection> PaintSections(const std::vector<TileSection>& sections, const TilePainter& paint,
                                           ProgressReport& progress) {
   std::vector<PictureSection> painted;
-  std::vector<std::string> leftOut;
   for (const TileSection& section : sections) {
     PictureSection& pictures = painted.emplace_back(PictureSection{section.heading, {}});
     if (painted.size() == 1) pictures.pictures.push_back(paint.Source());
     for (const Tile& tile : section.tiles) {
       CheckInterruption();
-      if (auto picture = paint(tile))
-        pictures.pictures.push_back(std::move(*picture));
-      else
-        leftOut.push_back(tile.label);
+      pictures.pictures.push_back(paint(tile));
       progress.FrameDone();
     }
-    if (pictures.pictures.empty()) painted.pop_back();
   }
-  if (!leftOut.empty()) progress.Note("not available in this version and left out: " + Joined(leftOut));
   return painted;
 }
 

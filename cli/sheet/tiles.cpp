@@ -1,7 +1,5 @@
 #include "sheet/tiles.h"
 
-#include <string_view>
-
 namespace quentara::cli {
 namespace {
 
@@ -38,10 +36,6 @@ std::vector<TileSection> ListTiles(const ParameterTable& table, const ParameterV
   for (TileSection* section : {&styles, &switches})
     if (!section->tiles.empty()) sections.push_back(std::move(*section));
   return sections;
-}
-
-bool IsUnavailable(const EffectError& error) {
-  return std::string_view(error.what()).find("is not available in this version") != std::string_view::npos;
 }
 
 }  // namespace quentara::cli

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "errors.h"
 #include "parameters/parameter_table.h"
 
 namespace quentara::cli {
@@ -25,8 +24,5 @@ struct TileSection {
 /// is the check box of a group that has the group's own name. All other parameters are those of `base`. A section
 /// without tiles is left out.
 std::vector<TileSection> ListTiles(const ParameterTable& table, const ParameterValues& base);
-
-/// Whether the effect refused a tile because its version lacks the stage, which is no fault.
-bool IsUnavailable(const EffectError& error);
 
 }  // namespace quentara::cli

@@ -84,7 +84,6 @@ TEST(Sheet, ShowsEveryStyleOfOneFrameAndNeverOverwritesUnasked) {
   const Outcome again = RunProgram(sheet);
   EXPECT_EQ(4, again.status);
   ExpectOneLine(again.err, "exists already");
-  // Only a stage that the effect's version lacks is left out.
   EXPECT_EQ(5, RunProgram(sheet + Arguments{"-y", "-q"} + WithFake("Fail")).status);
   EXPECT_EQ(picture.pixels, ReadPicture(folder / "sheet.png").pixels);
 }

@@ -57,11 +57,6 @@ TEST(ListTiles, ShowsStylesWithoutSwitchesAndEachSwitchAloneOverTheStyleSet) {
   EXPECT_THAT(Numbers(sections[1].tiles[1]), ElementsAre(2, 0, 1, 1));
 }
 
-TEST(IsUnavailable, TellsAMissingStageFromAFailure) {
-  EXPECT_TRUE(IsUnavailable(EffectError("Dots is not available in this version. (error 512)")));
-  EXPECT_FALSE(IsUnavailable(EffectError("out of memory (error 4)")));
-}
-
 bool Inside(const Rectangle& r, const SheetLayout& sheet) {
   return r.x >= 0 && r.y >= 0 && r.width > 0 && r.height > 0 && r.x + r.width <= sheet.width &&
          r.y + r.height <= sheet.height;

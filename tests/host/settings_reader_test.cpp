@@ -32,41 +32,6 @@ class SettingsReader : public testing::TestWithParam<PF_SpecVersion> {
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutGroups, SettingsReader,
                          testing::Values(PF_SpecVersion{12, 12}, PF_SpecVersion{12, 11}));
 
-TEST_P(SettingsReader, ReadsTheDefaults) {
-  const RenderSettings& settings = Read();
-  ASSERT_EQ(&frame.mainBlur, settings.mainBlur);
-  EXPECT_EQ(BlurType::Box, settings.mainBlur->type);
-  EXPECT_EQ(3, settings.mainBlur->radius);
-  EXPECT_EQ(15, settings.mainBlur->thresh);
-  EXPECT_EQ(kHigh, settings.mainBlur->quality);
-  EXPECT_EQ(0.25f, settings.mainBlur->blurring);
-  EXPECT_EQ(10, settings.mainBlur->blurRadius);
-  EXPECT_TRUE(settings.useMainBlur);
-  EXPECT_EQ(nullptr, settings.outlineBlur);
-  EXPECT_EQ(0.0f, settings.outlineColor.green);
-  EXPECT_TRUE(settings.lighterSecond);
-
-  EXPECT_EQ(Style::FlatShaded, settings.style);
-  ASSERT_EQ(&frame.flatShaded, settings.flatShaded);
-  EXPECT_EQ(10, settings.flatShaded->flatness);
-  EXPECT_EQ(20, settings.flatShaded->simplicity);
-  EXPECT_EQ(1.0f, settings.flatShaded->strength);
-  EXPECT_EQ(nullptr, settings.flatDetailed);
-  EXPECT_EQ(nullptr, settings.posterPaint);
-
-  ASSERT_EQ(&frame.comicOutlines, settings.comicOutlines);
-  EXPECT_EQ(0.6f, settings.comicOutlines->sensitivity);
-  EXPECT_EQ(2, settings.comicOutlines->thickness);
-  EXPECT_EQ(1.0f, settings.comicOutlines->antialias);
-  EXPECT_EQ(0.0f, settings.comicOutlines->transparency);
-  for (const void* off : std::initializer_list<const void*>{
-           settings.softOutlines, settings.markerOutlines, settings.shadowOutlines, settings.woodcutOutlines,
-           settings.scratchboardOutlines, settings.conteOutlines, settings.halftone, settings.stipplePattern,
-           settings.duotone})
-    EXPECT_EQ(nullptr, off);
-  EXPECT_EQ(0.0f, frame.blendWithOriginal);
-}
-
 TEST_P(SettingsReader, ReadsEveryStageToTheEndOfTheTable) {
   SwitchAllOn();
   host.Param(138).u.pd.value = 2;

@@ -47,29 +47,5 @@ TEST(PaintFilters, EqualTheirDefinitionsForAnyReferencePlane) {
   });
 }
 
-// Ties, roundings and clipped windows worked out by hand.
-TEST(PaintFilters, TakeTheLowerModeAndRoundMeansHalfUp) {
-  BytePlane plane(3, 3);
-  plane = 9, 7, 7,  //
-      9, 2, 1,      //
-      1, 1, 200;
-  EXPECT_EQ(9, ModeFilter(1, plane)(0, 0));
-  EXPECT_EQ(7, ModeFilter(1, plane)(0, 1));  // two of 7 and of 9
-  EXPECT_EQ(1, ModeFilter(2, plane)(0, 0));
-  EXPECT_EQ(7, BoxMeanFilter(1, plane)(0, 0));  // 27 / 4
-  EXPECT_EQ(1, MinFilter(1, plane)(0, 1));
-  BytePlane centre(3, 3);
-  centre = 8;
-  EXPECT_EQ(7, RangeModeFilter2(2, centre, plane, 1)(0, 0));
-  plane = 1, 2, 2,  //
-      1, 2, 1,      //
-      1, 1, 2;
-  EXPECT_EQ(2, BoxMeanFilter(1, plane)(0, 0));                     // 6 / 4
-  EXPECT_EQ(1, DiamondMedianFilter(1, plane)(0, 0));               // a corner: rank 1 of 1 1 2
-  EXPECT_EQ(2, DiamondMedianFilter(1, plane)(0, 1));               // an edge: rank 2 of 1 2 2 2
-  EXPECT_EQ(1, DiamondMedianFilter(1, plane)(1, 0));               // rank 2 of 1 1 1 2
-  EXPECT_EQ(0.6f, DiamondDeviationFilter(1, plane, plane)(1, 1));  // three of five samples differ from the middle
-}
-
 }  // namespace
 }  // namespace quentara

@@ -69,15 +69,6 @@ TEST(MedianFilter, EqualsItsDefinition) {
   });
 }
 
-TEST(MedianFilter, TakesTheLowerMedianInCornersOnly) {
-  BytePlane plane(5, 5);
-  plane = 0;
-  plane(0, 0) = 10, plane(0, 1) = 20, plane(1, 0) = 30, plane(1, 1) = 40;
-  EXPECT_EQ(20, MedianFilter(1, plane)(0, 0));  // 10 20 30 40
-  plane(0, 2) = 50;
-  EXPECT_EQ(30, MedianFilter(1, plane)(0, 1));  // 0 10 20 30 40 50 would give 20 as the lower one
-}
-
 TEST(MedianDeviationFilter, EqualsItsDefinitionForAnyReferencePlane) {
   ForPlanes({0, 15, 255}, [](const Case& c, const BytePlane& values, const BytePlane& medians, int) {
     EXPECT_EQ("", FirstDifference(MedianDeviationByDefinition(Square(c.radius), values, medians),
