@@ -7,4 +7,5 @@ set(QUENTARA_BLITZ_LINK ${CMAKE_BINARY_DIR}/blitz)
 file(MAKE_DIRECTORY ${QUENTARA_BLITZ_LINK})
 file(CREATE_LINK ${BLITZ_INCLUDE_DIR}/blitz ${QUENTARA_BLITZ_LINK}/blitz SYMBOLIC)
 add_library(quentara_blitz INTERFACE)
-target_include_directories(quentara_blitz SYSTEM INTERFACE ${CMAKE_SOURCE_DIR}/cmake/blitz ${QUENTARA_BLITZ_LINK})
+target_include_directories(quentara_blitz SYSTEM INTERFACE ${CMAKE_SOURCE_DIR}/cmake/blitz ${QUENTARA_BLITZ_LINK}
+                                                            $<$<PLATFORM_ID:Windows>:${CMAKE_SOURCE_DIR}/cmake/mingw>)

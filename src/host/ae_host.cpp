@@ -6,7 +6,7 @@
 #include <new>
 #include <vector>
 
-#include "host/default_arithmetic.h"
+#include "platform/default_arithmetic.h"
 #include "platform/platform.h"
 
 namespace Nivra::Host::AE {
@@ -43,7 +43,7 @@ struct TaskRun {
 // No exception may pass through the host's frames.
 PF_Err RunHostIteration(void* refcon, A_long threadIndex, A_long i, A_long iterations) {
   const TaskRun& run = *static_cast<const TaskRun*>(refcon);
-  const DefaultArithmetic arithmetic;
+  const quentara::platform::DefaultArithmetic arithmetic;
   try {
     run.task(threadIndex, i, iterations, run.data);
   } catch (const Interrupted&) {
@@ -59,7 +59,7 @@ enum ExitCode : int { kFinished = 0, kOutOfMemory = 1, kStopped = 2, kFailed = 3
 
 int RunOwnThread(void* data, int index) {
   const TaskRun& run = *static_cast<const TaskRun*>(data);
-  const DefaultArithmetic arithmetic;
+  const quentara::platform::DefaultArithmetic arithmetic;
   try {
     run.task(index, index, run.count, run.data);
   } catch (const std::bad_alloc&) {

@@ -7,12 +7,12 @@
 #include <string>
 
 #include "AE_EffectCB.h"
-#include "host/default_arithmetic.h"
 #include "host/effect_values.h"
 #include "host/param_definition.h"
 #include "host/plugin_nivra.h"
 #include "host/render_command.h"
 #include "host/update_ui_command.h"
+#include "platform/default_arithmetic.h"
 
 namespace Nivra {
 namespace {
@@ -76,7 +76,7 @@ void CopyAsAscii(const char* text, Message& message) {
 
 PF_Err Dispatch(PF_Cmd command, PF_InData* inData, PF_OutData* outData, PF_ParamDef* params[], PF_LayerDef* output,
                 void*) noexcept {
-  const DefaultArithmetic arithmetic;
+  const quentara::platform::DefaultArithmetic arithmetic;
   try {
     switch (command) {
       case PF_Cmd_ABOUT:

@@ -30,36 +30,40 @@ namespace {
 
 platform::ThreadPointer chosen;
 
+const WindowKernels plain = {"baseline",
+                             baseline::kColumnKernels,
+                             baseline::kHistogramKernels,
+                             baseline::kDirectKernels,
+                             baseline::kMedianKernels,
+                             baseline::kLargestKernels,
+                             baseline::kSmallestKernels,
+                             baseline::kBoxKernels,
+                             baseline::kDiamondKernels,
+                             baseline::kRotationKernels};
+const WindowKernels wide = {"avx2",
+                            avx2::kColumnKernels,
+                            avx2::kHistogramKernels,
+                            avx2::kDirectKernels,
+                            avx2::kMedianKernels,
+                            avx2::kLargestKernels,
+                            avx2::kSmallestKernels,
+                            avx2::kBoxKernels,
+                            avx2::kDiamondKernels,
+                            avx2::kRotationKernels};
+
+std::vector<const WindowKernels*> FindRunnable() {
+  std::vector<const WindowKernels*> sets = {&plain};
+  __builtin_cpu_init();
+  if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt"))
+    sets.push_back(&wide);
+  return sets;
+}
+
+const std::vector<const WindowKernels*> runnable = FindRunnable();
+
 }  // namespace
 
 const std::vector<const WindowKernels*>& RunnableKernels() {
-  static const WindowKernels plain = {"baseline",
-                                      baseline::kColumnKernels,
-                                      baseline::kHistogramKernels,
-                                      baseline::kDirectKernels,
-                                      baseline::kMedianKernels,
-                                      baseline::kLargestKernels,
-                                      baseline::kSmallestKernels,
-                                      baseline::kBoxKernels,
-                                      baseline::kDiamondKernels,
-                                      baseline::kRotationKernels};
-  static const WindowKernels wide = {"avx2",
-                                     avx2::kColumnKernels,
-                                     avx2::kHistogramKernels,
-                                     avx2::kDirectKernels,
-                                     avx2::kMedianKernels,
-                                     avx2::kLargestKernels,
-                                     avx2::kSmallestKernels,
-                                     avx2::kBoxKernels,
-                                     avx2::kDiamondKernels,
-                                     avx2::kRotationKernels};
-  static const std::vector<const WindowKernels*> runnable = [] {
-    std::vector<const WindowKernels*> sets = {&plain};
-    __builtin_cpu_init();
-    if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt"))
-      sets.push_back(&wide);
-    return sets;
-  }();
   return runnable;
 }
 

@@ -14,6 +14,7 @@
 #include "imageops/median_filter.h"
 #include "outlines/compositing.h"
 #include "outlines/rotate_image.h"
+#include "platform/default_arithmetic.h"
 #include "render/bands.h"
 #include "render/settings.h"
 
@@ -24,6 +25,7 @@ namespace {
 class LineShades {
  public:
   LineShades() {
+    const platform::DefaultArithmetic arithmetic;  // the library is loaded in the host's
     for (std::size_t level = 0; level < 256; ++level)
       for (std::size_t luma = 0; luma < 256; ++luma) {
         const float ratio = std::min(256.0f * static_cast<float>(luma) / (static_cast<float>(level) + 1.0f), 255.0f);
@@ -44,10 +46,7 @@ class LineShades {
   std::array<unsigned char, 256 * 256> shades_;
 };
 
-const LineShades& Shades() {
-  static const LineShades shades;
-  return shades;
-}
+const LineShades kShades;
 
 /// The square in which a luma plane is turned to its diagonals, and what of it is needed to come back.
 class DiagonalSquare {
@@ -148,8 +147,8 @@ void MeasureStrip(int thickness, const DiagonalSquare& square, const Window& str
   const BytePlane luma(square.Turned({top, left, bottom - top, right - left}));
   const BytePlane levels(MaxFilter(thickness, MedianFilter(thickness, luma)));
   for (int y = strip.top; y < strip.top + strip.height; ++y)
-    Shades().ShadeRun(Row(luma, y - top) + (strip.left - left), Row(levels, y - top) + (strip.left - left),
-                      lines + static_cast<std::ptrdiff_t>(y) * side + strip.left, strip.width);
+    kShades.ShadeRun(Row(luma, y - top) + (strip.left - left), Row(levels, y - top) + (strip.left - left),
+                     lines + static_cast<std::ptrdiff_t>(y) * side + strip.left, strip.width);
 }
 
 // Uses up `luma`.
@@ -194,7 +193,7 @@ ChannelSet ThickLineMask(int thickness, const ChannelSet& image, int quality) {
   Plugin::CheckStop();
   ChannelSet mask("L", image.width(), image.height());
   ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    Shades().ShadeRun(luma.data() + first, levels.data() + first, mask.planes(0).data() + first, count);
+    kShades.ShadeRun(luma.data() + first, levels.data() + first, mask.planes(0).data() + first, count);
   });
   levels.free();
   if (quality == kHigh) AverageDiagonals(thickness, luma, mask.planes(0));

@@ -10,6 +10,7 @@ namespace Plugin {
 namespace {
 
 quentara::platform::ThreadPointer current;
+quentara::StandaloneHost plain;
 
 constexpr std::size_t kAlignment = 64;
 
@@ -30,7 +31,6 @@ HostScope::~HostScope() {
 }
 
 Host& CurrentHost() {
-  static quentara::StandaloneHost plain;
   auto* const host = static_cast<Host*>(current.Get());
   return host != nullptr ? *host : plain;
 }

@@ -10,8 +10,6 @@ namespace quentara {
 namespace {
 
 constexpr int kHeight = 40, kWidth = 30;
-// Of memory that the run-time library that is part of a Windows library keeps for its locks when that is unloaded.
-constexpr int kRuntimeBytes = 2048;
 
 FakeWorld Painted(FakeHost::Entry entry, HostWorkers workers, const FakeWorld& input) {
   std::mt19937 rng(2);
@@ -63,8 +61,9 @@ TEST(Library, LeavesNothingBehindWhenItIsUnloaded) {
   for (int i = 0; i < 100; ++i) use();
   const ProcessUse after = UseOfProcess();
   EXPECT_EQ(before.handles, after.handles);
-  EXPECT_EQ(before.freeThreadSlot, after.freeThreadSlot);
-  EXPECT_NEAR(static_cast<double>(before.bytes), static_cast<double>(after.bytes), 100 * kRuntimeBytes);
+  EXPECT_NEAR(static_cast<double>(before.bytes), static_cast<double>(after.bytes), 100 * 16);
+  // A process has about a thousand slots for values of each thread's own; a lost one at each load uses them up.
+  for (int i = 0; i < 1200; ++i) LoadedLibrary again(QUENTARA_EFFECT);
 }
 
 }  // namespace

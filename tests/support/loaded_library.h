@@ -23,12 +23,10 @@ class LoadedLibrary {
   FakeHost::Entry entry_;
 };
 
-/// Bytes of memory that the process has in use, open handles (file descriptors), and the number of the first slot for
-/// values of each thread's own that is free: a lost one shifts it.
+/// Bytes of memory that the process has in use, and open handles (file descriptors).
 struct ProcessUse {
   std::ptrdiff_t bytes;
   std::ptrdiff_t handles;
-  std::ptrdiff_t freeThreadSlot;
 };
 ProcessUse UseOfProcess();
 

@@ -1,6 +1,5 @@
 #include <dlfcn.h>
 #include <malloc.h>
-#include <pthread.h>
 
 #include <iterator>
 #include <stdexcept>
@@ -22,11 +21,7 @@ LoadedLibrary::~LoadedLibrary() {
 
 ProcessUse UseOfProcess() {
   const std::filesystem::directory_iterator files("/proc/self/fd");
-  pthread_key_t slot{};
-  pthread_key_create(&slot, nullptr);
-  pthread_key_delete(slot);
-  return {static_cast<std::ptrdiff_t>(mallinfo2().uordblks), std::distance(begin(files), end(files)),
-          static_cast<std::ptrdiff_t>(slot)};
+  return {static_cast<std::ptrdiff_t>(mallinfo2().uordblks), std::distance(begin(files), end(files))};
 }
 
 }  // namespace quentara

@@ -32,9 +32,6 @@ ProcessUse UseOfProcess() {
   DWORD handles = 0;
   GetProcessHandleCount(GetCurrentProcess(), &handles);
   use.handles = static_cast<std::ptrdiff_t>(handles);
-  const DWORD slot = TlsAlloc();
-  TlsFree(slot);
-  use.freeThreadSlot = static_cast<std::ptrdiff_t>(slot);
   return use;
 }
 

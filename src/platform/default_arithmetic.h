@@ -3,7 +3,7 @@
 
 #include <xmmintrin.h>
 
-namespace Nivra {
+namespace quentara::platform {
 
 /// For its life, the calling thread rounds to nearest, keeps denormal numbers, raises no floating-point exception and
 /// computes x87 operations, on which some C libraries build theirs, in 64 bits. Afterwards all is as it was.
@@ -12,11 +12,11 @@ class DefaultArithmetic {
   DefaultArithmetic() : vectors_(_mm_getcsr()) {
     const unsigned short standard = 0x037F;
     asm volatile("fnstcw %0" : "=m"(x87_));
-    asm volatile("fldcw %0" : : "m"(standard));
+    asm volatile("fldcw %0" : : "m"(standard) : "memory");
     _mm_setcsr(0x1F80);
   }
   ~DefaultArithmetic() {
-    asm volatile("fnclex\n\tfldcw %0" : : "m"(x87_));
+    asm volatile("fnclex\n\tfldcw %0" : : "m"(x87_) : "memory");
     _mm_setcsr(vectors_);
   }
   DefaultArithmetic(const DefaultArithmetic&) = delete;
@@ -27,4 +27,4 @@ class DefaultArithmetic {
   unsigned short x87_;
 };
 
-}  // namespace Nivra
+}  // namespace quentara::platform
