@@ -75,6 +75,7 @@ void SwitchOn(FakeHost& host, const Stage& stage) {
 int Run(const char* path) {
   const LoadedLibrary library(path);
   constexpr int kDefaults = -1;
+  int failures = 0;
   for (const bool deep : {false, true}) {
     const FakeWorld input = MakeFrame(deep);
     for (const Stage& stage : kStages)
@@ -87,11 +88,12 @@ int Run(const char* path) {
           SwitchOn(host, stage);
           FakeWorld output(input);
           const PF_Err error = host.Render(input, output);
+          failures += error != PF_Err_NONE;
           std::printf("%d-bit %3d=%d sliders %2d workers %d: error %d, %016llx\n", deep ? 16 : 8, stage.id, stage.value,
                       quarters, static_cast<int>(workers), error, static_cast<unsigned long long>(Digest(output)));
         }
   }
-  return 0;
+  return failures == 0 ? 0 : 1;
 }
 
 }  // namespace

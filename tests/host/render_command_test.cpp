@@ -150,11 +150,14 @@ TEST(RenderCommand, EndsCleanlyAtEveryFailureOfMemory) {
   ExpectCleanFailures(PF_Err_OUT_OF_MEMORY, [](FakeHost&, int n) { FakeHandles::FailAt(n); });
 }
 
-FakeWorld Painted(HostWorkers workers, const FakeWorld& input) {
+constexpr int kRoto = 6, kFlatShaded = 1, kBristle = 5;
+
+FakeWorld Painted(HostWorkers workers, const FakeWorld& input, int style = kFlatShaded) {
   std::mt19937 rng(3);
   FakeHost host(workers);
   EXPECT_EQ(PF_Err_NONE, host.DefineParams());
   ChoosePainting(host);
+  host.Param(kRoto).u.pd.value = style;
   FakeWorld output(input.layout.height, kWidth, false, 0, rng);
   EXPECT_EQ(PF_Err_NONE, host.Render(input, output)) << host.out.return_msg;
   return output;
@@ -180,7 +183,7 @@ struct OptionalStage {
   int id;
   A_long value;
 };
-constexpr int kRoto = 6, kLighterType = 65, kStippleBox = 36;
+constexpr int kLighterType = 65, kStippleBox = 36;
 constexpr OptionalStage kOptional[] = {
     {kRoto, 1}, {kRoto, 2}, {kRoto, 4},        {kRoto, 5},        {kRoto, 6}, {kRoto, 7},      {kRoto, 8}, {kRoto, 9},
     {1, 1},     {18, 3},    {kLighterType, 1}, {kLighterType, 2}, {22, 1},    {26, 1},         {112, 1},   {32, 1},
@@ -243,13 +246,13 @@ TEST(RenderCommand, PaintsTheSameInAnyArithmeticOfTheHost) {
   std::mt19937 rng(6);
   const FakeWorld input(52, kWidth, false, 0, rng);
   for (const HostWorkers workers : kAllHostWorkers) {
-    const FakeWorld expected = Painted(workers, input);
+    const FakeWorld expected = Painted(workers, input, kBristle);  // of many roundings
     const unsigned standard = _mm_getcsr(), odd = (standard & 0x1F80) | 0xA040;
     const unsigned short narrow = 0x027F, wide = 0x037F;
     unsigned short after = 0;
     _mm_setcsr(odd);
     asm volatile("fldcw %0" : : "m"(narrow));
-    const FakeWorld painted = Painted(workers, input);
+    const FakeWorld painted = Painted(workers, input, kBristle);
     const unsigned oddAfter = _mm_getcsr();
     asm volatile("fnstcw %0\n\tfldcw %1" : "=m"(after) : "m"(wide));
     _mm_setcsr(standard);
