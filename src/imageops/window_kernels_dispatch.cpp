@@ -26,6 +26,13 @@ extern const DiamondKernels kDiamondKernels;
 extern const RotationKernels kRotationKernels;
 }  // namespace avx2
 
+namespace avx512 {
+extern const ColumnKernels kColumnKernels;
+extern const HistogramKernels kHistogramKernels[3];
+extern const DirectKernels kDirectKernels;
+extern const ExtremeKernels kLargestKernels, kSmallestKernels;
+}  // namespace avx512
+
 namespace {
 
 platform::ThreadPointer chosen;
@@ -50,12 +57,28 @@ const WindowKernels wide = {"avx2",
                             avx2::kBoxKernels,
                             avx2::kDiamondKernels,
                             avx2::kRotationKernels};
+// Networks, box means, diamonds and rotations gain nothing by wider registers.
+const WindowKernels widest = {"avx512",
+                              avx512::kColumnKernels,
+                              avx512::kHistogramKernels,
+                              avx512::kDirectKernels,
+                              avx2::kMedianKernels,
+                              avx512::kLargestKernels,
+                              avx512::kSmallestKernels,
+                              avx2::kBoxKernels,
+                              avx2::kDiamondKernels,
+                              avx2::kRotationKernels};
 
 std::vector<const WindowKernels*> FindRunnable() {
   std::vector<const WindowKernels*> sets = {&plain};
   __builtin_cpu_init();
-  if (__builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt"))
-    sets.push_back(&wide);
+  if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("bmi2") || !__builtin_cpu_supports("popcnt"))
+    return sets;
+  sets.push_back(&wide);
+  if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512dq") &&
+      __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi") &&
+      __builtin_cpu_supports("avx512vnni"))
+    sets.push_back(&widest);
   return sets;
 }
 
