@@ -4,11 +4,14 @@
 #include <climits>
 #include <exception>
 #include <iostream>
+#include <optional>
 #include <string_view>
 
 #include "bench_cases.h"
+#include "imageops/window_kernels_dispatch.h"
 
-// Takes Google Benchmark's options, or --write-planes=FOLDER to hand the planes to other programs.
+// Takes Google Benchmark's options and --kernels=NAME, an instruction set for all that runs on one thread; or
+// --write-planes=FOLDER to hand the planes to other programs.
 int main(int argc, char** argv) {
   constexpr std::string_view kWrite = "--write-planes=";
   if (argc == 2 && std::string_view(argv[1]).substr(0, kWrite.size()) == kWrite) {
@@ -24,6 +27,12 @@ int main(int argc, char** argv) {
   mallopt(M_MMAP_THRESHOLD, INT_MAX);
   mallopt(M_TRIM_THRESHOLD, INT_MAX);
   benchmark::Initialize(&argc, argv);
+  std::optional<quentara::KernelScope> kernels;
+  constexpr std::string_view kKernels = "--kernels=";
+  if (argc == 2 && std::string_view(argv[1]).substr(0, kKernels.size()) == kKernels) {
+    for (const quentara::WindowKernels* set : quentara::RunnableKernels())
+      if (set->name == std::string_view(argv[1]).substr(kKernels.size())) kernels.emplace(*set), argc = 1;
+  }
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();
   return 0;

@@ -6,13 +6,11 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
-#include <optional>
 
+#include "imageops/column_counters.h"
 #include "imageops/window_kernels.h"
 #include "imageops/window_reach.h"
 #include "render/plane.h"
-#include "render/scratch.h"
 
 namespace quentara {
 
@@ -37,16 +35,11 @@ class ColumnHistograms {
 
   const WindowReach reach_;
   const BytePlane& values_;
-  const CountersKind kind_;
-  BytePlane counters_;  ///< one row for each segment, the coarse level in the last one
-  std::optional<Scratch<std::uint16_t>> distances_;
+  ColumnCounterMemory counters_;
   HistogramRow row_ = {};
-  int firstColumn_ = 0, columnCount_ = 0;
-  ColumnCounters columns_ = {};  ///< from the first column inside the plane on
+  int firstColumn_ = 0, columnCount_ = 0;  // inside the plane
+  int padding_ = 0;                        // columns of the strip that are not
 };
-
-/// The values within limit, 0..255, of centre[i], cut off at 0 and 255.
-void RangesAround(const unsigned char* centre, int limit, int count, unsigned char* lowest, unsigned char* highest);
 
 /// Asks for `count` samples of a row that is `kRowsAhead` below: strips of a large plane jump from page to page, where
 /// the processor expects nothing.
@@ -64,19 +57,6 @@ void ForStripRows(WindowReach reach, const BytePlane& values, CountersKind kind,
       readOut(y, x, histograms.row());
     }
   }
-}
-
-/// Calls readOut(y, x, row, lowest, highest) for each row of each strip: the values within limit of centre(y, x + i),
-/// cut off at 0 and 255, are lowest[i] .. highest[i].
-template <class ReadOut>
-void ForRangeStripRows(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
-                       CountersKind kind, const ReadOut& readOut) {
-  ForStripRows(reach, values, kind, [&](int y, int x, const HistogramRow& row) {
-    unsigned char lowest[ColumnHistograms::kStrip], highest[ColumnHistograms::kStrip];
-    Prefetch(centre, y + kRowsAhead, x, row.width);
-    RangesAround(Row(centre, y) + x, limit, row.width, lowest, highest);
-    readOut(y, x, row, lowest, highest);
-  });
 }
 
 }  // namespace quentara

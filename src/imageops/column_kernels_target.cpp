@@ -11,13 +11,19 @@ namespace {
 alignas(64) constexpr uint8_t kLanesFrom[33] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
                                                 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
 
+template <int lanes>
+LANES_INLINE uint8_t* SegmentOf(uint8_t* fine, size_t value) {
+  return fine + value / lanes * SegmentPitch(lanes);
+}
+
 // Counters are bytes, which may alias anything: only locals stay in registers.
 template <bool enters, bool leaves>
 LANES_INLINE void CountEach(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
+  constexpr int kLanes = FineLanes::kCount;
   uint8_t* fine = columns.fine;
-  for (int i = 0; i < count; ++i, fine += 16 * columns.step) {
-    if (enters) ++fine[entering[i] / 16 * kSegmentPitch + entering[i] % 16];
-    if (leaves) --fine[leaving[i] / 16 * kSegmentPitch + leaving[i] % 16];
+  for (int i = 0; i < count; ++i, fine += kLanes * columns.step) {
+    if (enters) ++SegmentOf<kLanes>(fine, entering[i])[entering[i] % kLanes];
+    if (leaves) --SegmentOf<kLanes>(fine, leaving[i])[leaving[i] % kLanes];
   }
 }
 
@@ -27,28 +33,28 @@ LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* enter
   uint8_t *fine = columns.fine, *coarse = columns.coarse;
   int16_t* distance = reinterpret_cast<int16_t*>(columns.distances);
   const size_t toNext = 16 * columns.step;
-  int16_t ends[16];
-  for (int s = 0; s < 16; ++s) ends[s] = static_cast<int16_t>(16 * (s + 1));
-  const Lanes segmentEnds = LoadLanes(ends);
+  int16_t ends[kCoarseSegments];
+  for (int s = 0; s < kCoarseSegments; ++s) ends[s] = static_cast<int16_t>(16 * (s + 1));
+  const Lanes segmentEnds = Lanes::Load(ends);
   for (int i = 0; i < count; ++i, fine += toNext, coarse += toNext) {
-    __m128i inSegments = LoadBytes(coarse);
-    Lanes far = EveryLane(0);
+    SixteenBytes inSegments = SixteenBytes::Load(coarse);
+    Lanes far = Lanes::Every(0);
     if (enters) {
       const unsigned value = entering[i];
-      uint8_t* const counters = fine + value / 16 * kSegmentPitch;
-      StoreBytes(_mm_add_epi8(LoadBytes(counters), LoadBytes(kLanesFrom + 15 - value % 16)), counters);
-      inSegments = _mm_add_epi8(inSegments, LoadBytes(kLanesFrom + 16 - value / 16));
-      if (distances) far = far + Excess(segmentEnds, EveryLane(static_cast<int>(value)));
+      uint8_t* const counters = SegmentOf<16>(fine, value);
+      (SixteenBytes::Load(counters) + SixteenBytes::Load(kLanesFrom + 15 - value % 16)).Store(counters);
+      inSegments = inSegments + SixteenBytes::Load(kLanesFrom + 16 - value / 16);
+      if (distances) far = far + Excess(segmentEnds, Lanes::Every(static_cast<int>(value)));
     }
     if (leaves) {
       const unsigned value = leaving[i];
-      uint8_t* const counters = fine + value / 16 * kSegmentPitch;
-      StoreBytes(_mm_sub_epi8(LoadBytes(counters), LoadBytes(kLanesFrom + 15 - value % 16)), counters);
-      inSegments = _mm_sub_epi8(inSegments, LoadBytes(kLanesFrom + 16 - value / 16));
-      if (distances) far = far - Excess(segmentEnds, EveryLane(static_cast<int>(value)));
+      uint8_t* const counters = SegmentOf<16>(fine, value);
+      (SixteenBytes::Load(counters) - SixteenBytes::Load(kLanesFrom + 15 - value % 16)).Store(counters);
+      inSegments = inSegments - SixteenBytes::Load(kLanesFrom + 16 - value / 16);
+      if (distances) far = far - Excess(segmentEnds, Lanes::Every(static_cast<int>(value)));
     }
-    StoreBytes(inSegments, coarse);
-    if (distances) StoreLanes(LoadLanes(distance) + far, distance), distance += toNext;
+    inSegments.Store(coarse);
+    if (distances) (Lanes::Load(distance) + far).Store(distance), distance += toNext;
   }
 }
 
@@ -74,6 +80,6 @@ void MoveBelow(const ColumnCounters& columns, const uint8_t* entering, const uin
 }  // namespace
 
 extern const ColumnKernels kColumnKernels;
-const ColumnKernels kColumnKernels = {{MoveEach, MoveBelow<false>, MoveBelow<true>}};
+const ColumnKernels kColumnKernels = {{FineLanes::kCount, 16, 16}, {MoveEach, MoveBelow<false>, MoveBelow<true>}};
 
 }  // namespace quentara::KERNEL_TARGET

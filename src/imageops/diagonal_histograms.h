@@ -6,13 +6,9 @@
 /// diagonal changes one half of the columns.
 #pragma once
 
-#include <cstdint>
-#include <optional>
-
+#include "imageops/column_counters.h"
 #include "imageops/diagonals.h"
 #include "imageops/window_kernels.h"
-#include "render/plane.h"
-#include "render/scratch.h"
 
 namespace quentara {
 
@@ -38,16 +34,14 @@ class DiagonalHistograms {
   };
   // The columns x of the plane in which diagonal d crosses columns from .. end - 1.
   Columns Crossing(int d, int from, int end) const;
-  ColumnCounters From(int column) const;
+  // The place of a column in the counters.
+  int PlaceOf(int column) const { return column - (u_ - radius_); }
   void Move(int d, bool enters);
 
   const int radius_;
   const Diagonals& diagonals_;
   const unsigned char* const values_;
-  const CountersKind kind_;
-  BytePlane bytes_;  ///< counters: one row for each segment, the coarse level in the last one
-  std::optional<Scratch<std::uint16_t>> distances_;
-  ColumnCounters counters_ = {};
+  ColumnCounterMemory counters_;
   int u_ = 0;
 };
 

@@ -12,7 +12,7 @@ struct Extent {
   int least, most;
 };
 
-LANES_INLINE Extent ExtentOf(const uint8_t* values, int from, int to) {
+LANES_FUNCTION Extent ExtentOf(const uint8_t* values, int from, int to) {
   uint8_t least = 255, most = 0;
   for (int i = from; i < to; ++i) {
     least = values[i] < least ? values[i] : least;
@@ -21,181 +21,222 @@ LANES_INLINE Extent ExtentOf(const uint8_t* values, int from, int to) {
   return {least, most};
 }
 
-// Walks a row in blocks of pixels whose read-outs touch few segments; touched(x, end) says which those are.
-template <bool tall, int step, class Touched, class Read>
-LANES_INLINE void WalkRow(int width, FineLevel<tall, step>& fine, const Touched& touched, const Read& read) {
-  constexpr int kMost = 32, kLeast = 8, kFew = 8;
+// Walks a row in blocks of pixels whose read-outs touch few segments; touched(x, end) are the values that they need.
+template <class Level, class Touched, class Read>
+LANES_INLINE void WalkRow(int width, Level& fine, const Touched& touched, const Read& read) {
+  constexpr int kMost = 32, kLeast = 8, kFew = 128 / Level::kLanes;
   for (int x = 0, end = 0; x < width; x = end) {
     end = Smaller(x + kMost, width);
-    Extent segments = touched(x, end);
-    while (segments.most - segments.least >= kFew && end - x > kLeast) {
+    const auto segments = [&] {
+      const Extent values = touched(x, end);
+      return Extent{values.least / Level::kLanes, values.most / Level::kLanes};
+    };
+    Extent few = segments();
+    while (few.most - few.least >= kFew && end - x > kLeast) {
       end = x + Larger((end - x) / 2, kLeast);
-      segments = touched(x, end);
+      few = segments();
     }
-    fine.Track(x, segments.least, segments.most);
+    fine.Track(x, few.least, few.most);
     fine.Walk(x, end, read);
   }
 }
 
-LANES_INLINE auto SegmentsOfRanges(const uint8_t* lowest, const uint8_t* highest) {
-  return [=](int x, int end) {
-    return Extent{ExtentOf(lowest, x, end).least / 16, ExtentOf(highest, x, end).most / 16};
-  };
-}
+// The values near the centres of a row.
+struct Ranges {
+  LANES_INLINE_METHOD Ranges(const uint8_t* centre, int limit, int width) {
+    for (int x = 0; x < width; ++x) {
+      lowest[x] = static_cast<uint8_t>(Larger(centre[x] - limit, 0));
+      highest[x] = static_cast<uint8_t>(Smaller(centre[x] + limit, 255));
+    }
+  }
+  LANES_INLINE_METHOD Extent operator()(int from, int to) const {
+    return {ExtentOf(lowest, from, to).least, ExtentOf(highest, from, to).most};
+  }
+
+  uint8_t lowest[kMostPixels], highest[kMostPixels];
+};
 
 template <bool tall, int step = 1>
 void Rank(const HistogramRow& row, const int* ranks, uint8_t* out) {
   CoarseLevel<tall, step> coarse(row);
-  FineLevel<tall, step> fine(row);
-  uint8_t segments[kMostPixels];
+  FineLevel<Lanes, tall, step, true> fine(row);
+  uint8_t segmentStarts[kMostPixels];
   int inSegment[kMostPixels];
   for (int x = 0; x < row.width; ++x) {
     const int rank = ranks[x] - kBias;
     const size_t segment = coarse.SegmentOfRank(rank);
-    segments[x] = static_cast<uint8_t>(segment);
+    segmentStarts[x] = static_cast<uint8_t>(16 * segment);
     inSegment[x] = rank - coarse.Below(segment) - kBias;
     coarse.Step();
   }
   WalkRow(
-      row.width, fine, [&](int x, int end) { return ExtentOf(segments, x, end); },
-      [&](int x) { out[x] = static_cast<uint8_t>(fine.ValueOfRank(segments[x], inSegment[x])); });
+      row.width, fine, [&](int x, int end) { return ExtentOf(segmentStarts, x, end); },
+      [&](int x, const auto&) { out[x] = static_cast<uint8_t>(fine.ValueOfRank(segmentStarts[x], inSegment[x])); });
 }
 
 // With b samples below a range and e up to its end, its lower median has rank b + (e - b - 1) / 2.
-LANES_INLINE int RankOfLowerMedian(int below, int upTo) {
+LANES_FUNCTION int RankOfLowerMedian(int below, int upTo) {
   return (below + upTo - 1) >> 1;
 }
 
 // In a line down a column the histogram of the column is the window's.
-void RangeMedianOfColumns(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
+void RangeMedianOfColumns(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out) {
   const uint8_t *fine = row.columns.fine, *coarse = row.columns.coarse;
   alignas(16) uint8_t belowSegment[32];  // from index 15 on
   belowSegment[15] = 0;
+  const Ranges ranges(centre, limit, row.width);
   for (int x = 0; x < row.width; ++x, fine += 16, coarse += 16) {
-    StoreBytes(LoadBytes(coarse), belowSegment + 16);
-    const size_t first = lowest[x], past = highest[x] + size_t{1};
-    const int below = belowSegment[15 + first / 16] + fine[first / 16 * kSegmentPitch + first % 16];
-    const int upTo = belowSegment[15 + past / 16] + fine[past / 16 * kSegmentPitch + past % 16];
+    const SixteenBytes sums = SixteenBytes::Load(coarse);
+    sums.Store(belowSegment + 16);
+    const size_t first = ranges.lowest[x], past = ranges.highest[x] + size_t{1};
+    const int below = belowSegment[15 + first / 16] + fine[first / 16 * SegmentPitch(16) + first % 16];
+    const int upTo = belowSegment[15 + past / 16] + fine[past / 16 * SegmentPitch(16) + past % 16];
     const int rank = RankOfLowerMedian(below, upTo);
-    const size_t segment = CountNotAbove(LoadBytes(coarse), rank);
-    const int inSegment = rank - belowSegment[15 + segment];
-    out[x] =
-        static_cast<uint8_t>(16 * segment + CountNotAbove(LoadBytes(fine + segment * kSegmentPitch), inSegment) - 1);
+    const size_t segment = CountNotAbove(sums, rank);
+    const SixteenBytes counters = SixteenBytes::Load(fine + segment * SegmentPitch(16));
+    out[x] = static_cast<uint8_t>(16 * segment + CountNotAbove(counters, rank - belowSegment[15 + segment]) - 1);
   }
 }
 
 template <bool tall>
-void RangeMedian(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
-  if (row.side == 1) return RangeMedianOfColumns(row, lowest, highest, out);
+void RangeMedian(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out) {
+  if (row.side == 1) return RangeMedianOfColumns(row, centre, limit, out);
+  const Ranges ranges(centre, limit, row.width);
   CoarseLevel<tall> coarse(row);
-  FineLevel<tall> fine(row);
-  WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest), [&](int x) {
-    const size_t first = lowest[x], past = highest[x] + size_t{1};
+  FineLevel<Lanes, tall, 1, true> fine(row);
+  WalkRow(row.width, fine, ranges, [&](int x, const auto&) {
+    const size_t first = ranges.lowest[x], past = ranges.highest[x] + size_t{1};
     const int below = fine.Below(first) + coarse.Below(first / 16);
     const int upTo = fine.Below(past) + coarse.Below(past / 16);
     const int rank = RankOfLowerMedian(below, upTo);  // the bias is in it twice, as in either count
     const size_t segment = coarse.SegmentOfRank(rank + kBias);
-    out[x] = static_cast<uint8_t>(fine.ValueOfRank(segment, rank - coarse.Below(segment)));
+    out[x] = static_cast<uint8_t>(fine.ValueOfRank(16 * segment, rank - coarse.Below(segment)));
     coarse.Step();
   });
 }
 
-// The sum of value - v over the samples v below a value, in two parts: one remains to be summed over lanes.
-struct DistanceBelow {
-  int sum;
-  WideLanes inSegment;
+// What each value weighs around a centre, by its distance from the lowest of the near ones.
+class WeightsByDistance {
+ public:
+  template <class Weight>
+  LANES_INLINE_METHOD WeightsByDistance(int limit, int outside, const Weight& weight) : limit_(limit) {
+    for (int16_t& other : weights_) other = static_cast<int16_t>(outside);
+    for (int d = 0; d <= 2 * limit; ++d) weights_[255 + d] = static_cast<int16_t>(weight(d));
+  }
 
-  template <bool tall, int step>
-  LANES_INLINE_METHOD DistanceBelow(const FineLevel<tall, step>& fine, const CoarseLevel<tall, step>& coarse,
-                                    const DistanceLevel<tall, step>& distances, size_t value)
-      : sum(distances.Below(value / 16) + static_cast<int>(value % 16) * (coarse.Below(value / 16) + 2 * kBias) +
-            kBias),
-        inSegment(MultiplyAdd(fine.segment(value / 16), LoadLanes(kLanesUpTo + 15 - value % 16))) {}
+  // Those of the values from `first` on, around a centre.
+  LANES_INLINE_METHOD const int16_t* Of(int first, int centre) const {
+    return weights_ + 255 + first - centre + limit_;
+  }
+
+ private:
+  const int limit_;
+  int16_t weights_[255 + 511 + 256];
 };
 
 template <bool tall>
-void RangeMean(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
-  CoarseLevel<tall> coarse(row);
-  FineLevel<tall> fine(row);
-  DistanceLevel<tall> distances(row);
-  int sums[kMostPixels], counts[kMostPixels];
-  WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest), [&](int x) {
-    const size_t first = lowest[x], past = highest[x] + size_t{1};
-    const int below = fine.Below(first) + coarse.Below(first / 16) + 2 * kBias;
-    const int count = fine.Below(past) + coarse.Below(past / 16) + 2 * kBias - below;
-    const DistanceBelow upTo(fine, coarse, distances, past), upToFirst(fine, coarse, distances, first);
-    const int belowRange = upToFirst.sum + static_cast<int>(past - first) * below;
-    const int distance = upTo.sum - belowRange + Total(upTo.inSegment - upToFirst.inSegment);
-    counts[x] = count, sums[x] = static_cast<int>(past) * count - distance;
-    coarse.Step(), distances.Step();
+void RangeMean(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* __restrict out) {
+  const WeightsByDistance depths(limit, 0, [](int d) { return d + 1; }), presence(limit, 0, [](int) { return 1; });
+  FineLevel<FineLanes, tall, 1, false> fine(row);
+  const Ranges ranges(centre, limit, row.width);
+  uint32_t totals[kMostPixels][4];  // what totals[x][i] and [i + 2] add up to: the depths, the count; may wrap
+  WalkRow(row.width, fine, ranges, [&](int x, const auto& segments) {
+    const int first = fine.first() * FineLanes::kCount;
+    const int16_t *const depth = depths.Of(first, centre[x]), *const present = presence.Of(first, centre[x]);
+    FineProducts sum = FineProducts::None(), count = sum;
+    ForSegments(segments, [&](FineLanes counters, int s) {
+      sum = AddProducts(sum, counters, FineLanes::Load(depth + FineLanes::kCount * s));
+      count = AddProducts(count, counters, FineLanes::Load(present + FineLanes::kCount * s));
+    });
+    StoreTotals(sum, count, totals[x]);
   });
-  for (int x = 0; x < row.width; ++x)
-    out[x] = static_cast<uint8_t>(static_cast<int>(static_cast<float>(sums[x]) / static_cast<float>(counts[x]) + 0.5f));
+  for (int x = 0, width = row.width; x < width; ++x) {
+    // Each of the counters lacks the bias. The depth of a value v is v - beforeRange.
+    const int lowest = ranges.lowest[x], highest = ranges.highest[x], values = highest - lowest + 1;
+    const int beforeRange = centre[x] - limit - 1;
+    const auto twiceAllDepths = static_cast<uint32_t>((lowest + highest - 2 * beforeRange) * values);
+    const int count = static_cast<int>(totals[x][1] + totals[x][3]) + kBias * values;
+    const int sum = static_cast<int>(totals[x][0] + totals[x][2] + kBias / 2 * twiceAllDepths) + beforeRange * count;
+    out[x] = static_cast<uint8_t>(static_cast<int>(static_cast<float>(sum) / static_cast<float>(count) + 0.5f));
+  }
 }
+
+// Lanes 0 .. lane of kLanesUpTo + 15 - lane are 1, the others 0.
+alignas(64) constexpr int16_t kLanesUpTo[32] = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
 
 template <bool tall, int step = 1>
 void Deviation(const HistogramRow& row, const uint8_t* medians, float* out) {
   CoarseLevel<tall, step> coarse(row);
-  FineLevel<tall, step> fine(row);
+  FineLevel<Lanes, tall, step, true> fine(row);
   DistanceLevel<tall, step> distances(row);
   int sums[kMostPixels], counts[kMostPixels];
-  WalkRow(row.width, fine, SegmentsOfRanges(medians, medians), [&](int x) {
-    const int count = coarse.Below(kSegments) + kBias;
+  const auto values = [&](int x, int end) { return ExtentOf(medians, x, end); };
+  WalkRow(row.width, fine, values, [&](int x, const auto&) {
+    const size_t median = medians[x], segment = median / 16, lane = median % 16;
+    const int below = static_cast<int>(lane), count = coarse.Below(kCoarseSegments) + kBias;
     // Of the samples below the median the distance counts, of the others its opposite.
-    const int ofAll = distances.Below(kSegments) - (256 - medians[x]) * count;
-    const DistanceBelow below(fine, coarse, distances, medians[x]);
-    counts[x] = count, sums[x] = 2 * (below.sum + Total(below.inSegment)) - ofAll;
+    const int ofAll = distances.Below(kCoarseSegments) - (256 - static_cast<int>(median)) * count;
+    const WideLanes inSegment =
+        AddProducts(WideLanes::None(), fine.segment(segment), Lanes::Load(kLanesUpTo + 15 - lane));
+    const int ofBelow =
+        distances.Below(segment) + below * (coarse.Below(segment) + 2 * kBias) + kBias + Total(inSegment);
+    counts[x] = count, sums[x] = 2 * ofBelow - ofAll;
     coarse.Step(), distances.Step();
   });
-  for (int x = 0; x < row.width; ++x) out[x] = static_cast<float>(sums[x]) / static_cast<float>(counts[x]);
+  for (int x = 0, width = row.width; x < width; ++x)
+    out[x] = static_cast<float>(sums[x]) / static_cast<float>(counts[x]);
 }
 
-class ModeReadOut {
- public:
-  LANES_INLINE_METHOD ModeReadOut() {
-    for (int d = 0; d < kTable; ++d) {
-      fromZero_[d] = static_cast<int16_t>(d >= 255 ? kBias - 1 : -kBias);
-      upToZero_[d] = static_cast<int16_t>(d <= 255 ? kBias - 1 : -kBias);
-    }
-    for (int v = 0; v < 256; ++v) values_[v] = static_cast<int16_t>(v);
+struct LaneNumbers {
+  constexpr LaneNumbers() {
+    for (int i = 0; i < FineLanes::kCount; ++i) lanes[i] = static_cast<int16_t>(i);
   }
-
-  template <bool tall>
-  LANES_INLINE_METHOD uint8_t Read(const FineLevel<tall>& fine, int lowest, int highest) const {
-    // In each lane the largest count so far and the lowest value that has it.
-    Lanes counts = EveryLane(-kBias), values = EveryLane(0);
-    const int16_t *const from = fromZero_ + 255 - lowest, *const upTo = upToZero_ + 255 - highest;
-    for (int s = lowest / 16; s <= highest / 16; ++s) {
-      const Lanes inRange = SmallerLanes(LoadLanes(from + 16 * s), LoadLanes(upTo + 16 * s));
-      const Lanes candidates = SmallerLanes(fine.segment(static_cast<size_t>(s)), inRange);
-      const Lanes better = IsAbove(candidates, counts);
-      counts = LargerLanes(counts, candidates);
-      values = (LoadLanes(values_ + 16 * s) & better) | Without(values, better);
-    }
-    const Lanes rarer = IsAbove(EveryLane(LargestLane(counts)), counts);
-    return static_cast<uint8_t>(SmallestLane(values | (rarer & EveryLane(0x7fff))));
-  }
-
- private:
-  static constexpr int kTable = 255 + 256;
-  int16_t fromZero_[kTable], upToZero_[kTable];  // by value + 255: the most that counts, from 0 on and up to 0
-  int16_t values_[256];
+  alignas(64) int16_t lanes[FineLanes::kCount] = {};
 };
+constexpr LaneNumbers kLaneNumbers;
+
+// The lowest of the most frequent values of a window, where limited(segment, s) are the counts that matter.
+template <class Segments, class Limited>
+LANES_INLINE uint8_t ModeOf(int firstSegment, const Segments& segments, const Limited& limited) {
+  FineLanes counts = FineLanes::Every(-kBias), values = FineLanes::Every(0);
+  FineLanes theirValues = FineLanes::Load(kLaneNumbers.lanes) + FineLanes::Every(firstSegment * FineLanes::kCount);
+  ForSegments(segments, [&](FineLanes counters, int s) {
+    KeepLarger(counts, values, limited(counters, s), theirValues);
+    theirValues = theirValues + FineLanes::Every(FineLanes::kCount);
+  });
+  return static_cast<uint8_t>(SmallestOfLargest(counts, values));
+}
 
 template <bool tall>
 void Mode(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out) {
-  const ModeReadOut mode;
-  FineLevel<tall> fine(row);
-  WalkRow(row.width, fine, SegmentsOfRanges(lowest, highest),
-          [&](int x) { out[x] = mode.Read(fine, lowest[x], highest[x]); });
+  FineLevel<FineLanes, tall, 1, false> fine(row);
+  const auto touched = [&](int x, int end) {
+    return Extent{ExtentOf(lowest, x, end).least, ExtentOf(highest, x, end).most};
+  };
+  WalkRow(row.width, fine, touched, [&](int x, const auto& segments) {
+    out[x] = ModeOf(fine.first(), segments, [](FineLanes counts, int) { return counts; });
+  });
+}
+
+template <bool tall>
+void RangeMode(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out) {
+  const WeightsByDistance most(limit, -kBias, [](int) { return kBias - 1; });
+  const Ranges ranges(centre, limit, row.width);
+  FineLevel<FineLanes, tall, 1, false> fine(row);
+  WalkRow(row.width, fine, ranges, [&](int x, const auto& segments) {
+    const int16_t* const upTo = most.Of(fine.first() * FineLanes::kCount, centre[x]);
+    out[x] = ModeOf(fine.first(), segments, [=](FineLanes counts, int s) {
+      return SmallerLanes(counts, FineLanes::Load(upTo + FineLanes::kCount * s));
+    });
+  });
 }
 
 }  // namespace
 
 extern const HistogramKernels kHistogramKernels[3];
 const HistogramKernels kHistogramKernels[3] = {
-    {Rank<false>, RangeMedian<false>, RangeMean<false>, Deviation<false>, Mode<false>},
-    {Rank<true>, RangeMedian<true>, RangeMean<true>, Deviation<true>, Mode<true>},
-    {Rank<false, 2>, nullptr, nullptr, Deviation<false, 2>, nullptr}};
+    {Rank<false>, RangeMedian<false>, RangeMean<false>, Deviation<false>, Mode<false>, RangeMode<false>},
+    {Rank<true>, RangeMedian<true>, RangeMean<true>, Deviation<true>, Mode<true>, RangeMode<true>},
+    {Rank<false, 2>, nullptr, nullptr, Deviation<false, 2>, nullptr, nullptr}};
 
 }  // namespace quentara::KERNEL_TARGET

@@ -1,11 +1,11 @@
 /// The histogram of the window of one pixel, gathered from the histograms of its columns and moved along a row.
 ///
 /// Three levels, each moved by `step` columns in and as many out; a read-out takes those that it needs:
-///   - `FineLevel`: inside some segments of 16 values, how many samples are below each value,
-///   - `CoarseLevel`: how many samples lie in the segments below each segment,
-///   - `DistanceLevel`: how far the samples lie below each segment, together.
-/// All counters are running sums, so that a count below a value is a look-up and a rank a comparison; no result depends
-/// on the way there. Counts are kept kBias too low: signed instructions then see all of 0..65535 in order.
+///   - `FineLevel`: the counters of some fine segments, of as many values as a kind of lanes has,
+///   - `CoarseLevel`: how many samples lie below each coarse segment,
+///   - `DistanceLevel`: how far the samples lie below each coarse segment, together.
+/// Counters of the kind `kBelow` are running sums, so that a count below a value is a look-up and a rank a comparison.
+/// Counts are kept kBias too low: signed instructions then see all of 0..65535 in order.
 ///
 /// Where columns are tall, with more than 127 samples, their differences do not fit signed bytes.
 ///
@@ -17,42 +17,63 @@
 
 namespace quentara::KERNEL_TARGET {
 
-constexpr int kSegments = 16;
 constexpr int kBias = 32768;
 
-LANES_INLINE int Smaller(int a, int b) {
+LANES_FUNCTION int Smaller(int a, int b) {
   return a < b ? a : b;
 }
-LANES_INLINE int Larger(int a, int b) {
+LANES_FUNCTION int Larger(int a, int b) {
   return a > b ? a : b;
 }
 
 // How the counters of a window change when `step` columns enter and as many leave.
-template <bool tall, int step>
-LANES_INLINE Lanes ChangeOf(const uint8_t* entering, const uint8_t* leaving) {
+template <class LanesType, bool tall, int step>
+LANES_INLINE LanesType ChangeOf(const uint8_t* entering, const uint8_t* leaving) {
   if constexpr (step > 1)
-    return ChangeOf<tall, 1>(entering, leaving) + ChangeOf<tall, step - 1>(entering + 16, leaving + 16);
+    return ChangeOf<LanesType, tall, 1>(entering, leaving) +
+           ChangeOf<LanesType, tall, step - 1>(entering + LanesType::kCount, leaving + LanesType::kCount);
   else if constexpr (tall)
-    return WidenBytes(entering) - WidenBytes(leaving);
+    return LanesType::Widened(entering) - LanesType::Widened(leaving);
   else
-    return SmallDifferences(entering, leaving);
+    return LanesType::SmallDifferences(entering, leaving);
 }
 
-LANES_INLINE Lanes SumOfColumns(const uint8_t* column, int columns) {
-  Lanes sum = EveryLane(-kBias);
+template <class LanesType>
+LANES_INLINE LanesType SumOfColumns(const uint8_t* column, int columns) {
+  LanesType sum = LanesType::Every(-kBias);
 #pragma GCC unroll 4
-  for (; columns > 0; --columns, column += 16) sum = sum + WidenBytes(column);
+  for (; columns > 0; --columns, column += LanesType::kCount) sum = sum + LanesType::Widened(column);
   return sum;
 }
 
-// Lanes 0 .. lane of kLanesUpTo + 15 - lane are 1, the others 0.
-alignas(64) constexpr int16_t kLanesUpTo[32] = {1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
+/// The counters of the segments that are up to date, where their number is not known beforehand.
+template <class LanesType>
+struct StoredSegments {
+  const int16_t* counters;
+  int count;
 
-template <bool tall, int step = 1>
+  LANES_INLINE_METHOD LanesType operator[](int s) const { return LanesType::Load(counters + LanesType::kCount * s); }
+};
+
+/// Calls visit(counters, s) for each of some segments.
+template <class LanesType, class Visit>
+LANES_INLINE void ForSegments(const StoredSegments<LanesType>& segments, const Visit& visit) {
+  for (int s = 0; s < segments.count; ++s) visit(segments[s], s);
+}
+template <class LanesType, int count, class Visit>
+LANES_INLINE void ForSegments(const LanesType (&segments)[count], const Visit& visit) {
+#pragma GCC unroll 16
+  for (int s = 0; s < count; ++s) visit(segments[s], s);
+}
+
+/// With `lookUps` single counters can be asked for; without, a read-out takes whole segments only.
+template <class LanesType, bool tall, int step, bool lookUps>
 class FineLevel {
  public:
+  static constexpr int kLanes = LanesType::kCount, kSegments = 256 / kLanes;
+
   LANES_INLINE_METHOD explicit FineLevel(const HistogramRow& row) : row_(row) {
-    for (int16_t& counter : below_) counter = static_cast<int16_t>(-kBias);
+    for (int16_t& counter : counters_) counter = static_cast<int16_t>(-kBias);
   }
 
   // From now on the segments first .. last are up to date, for the window of pixel x.
@@ -60,11 +81,12 @@ class FineLevel {
     const int count = Unrolled(last - first + 1);
     first = Smaller(first, kSegments - count), last = first + count - 1;
     for (int s = first; s <= last; ++s)
-      if (s < first_ || s > last_) StoreLanes(SumOfColumns(Column(s, x), row_.side), below_ + 16 * s);
+      if (s < first_ || s > last_) SumOfColumns<LanesType>(Column(s, x), row_.side).Store(counters_ + kLanes * s);
     first_ = first, last_ = last;
   }
 
-  // Calls read(x) for the windows from x to before end, which stands for pixel end at the end.
+  // Calls read(x, segments) for the windows from x to before end, which stands for pixel end at the end. segments[i] is
+  // the tracked segment first() + i.
   template <int count = 1, class Read>
   LANES_INLINE_METHOD void Walk(int x, int end, const Read& read) {
     if constexpr (tall)
@@ -75,13 +97,15 @@ class FineLevel {
       Walk<Unrolled(count + 1)>(x, end, read);
   }
 
+  LANES_INLINE_METHOD int first() const { return first_; }
+
   // How many samples of the value's segment are below the value, with the bias. The segment is tracked, or the value is
   // the segment's first one or 256.
-  LANES_INLINE_METHOD int Below(size_t value) const { return below_[value]; }
-  LANES_INLINE_METHOD Lanes segment(size_t s) const { return LoadLanes(below_ + 16 * s); }
-  // Of the values of a tracked segment, the one of a rank, which carries the bias.
-  LANES_INLINE_METHOD size_t ValueOfRank(size_t s, int rank) const {
-    return 16 * s + 15 - CountAbove(segment(s), rank);
+  LANES_INLINE_METHOD int Below(size_t value) const { return counters_[value]; }
+  LANES_INLINE_METHOD LanesType segment(size_t s) const { return LanesType::Load(counters_ + kLanes * s); }
+  // Of the values of the tracked segment that starts with `first`, the one of a rank, which carries the bias.
+  LANES_INLINE_METHOD size_t ValueOfRank(size_t first, int rank) const {
+    return first + kLanes - 1 - CountAbove(LanesType::Load(counters_ + first), rank);
   }
 
  private:
@@ -91,64 +115,71 @@ class FineLevel {
   }
 
   LANES_INLINE_METHOD const uint8_t* Column(int segment, int x) const {
-    return row_.columns.fine + static_cast<size_t>(segment) * kSegmentPitch + 16 * step * static_cast<size_t>(x);
+    return row_.columns.fine + static_cast<size_t>(segment) * SegmentPitch(kLanes) +
+           kLanes * step * static_cast<size_t>(x);
   }
 
   // The segments ride in registers; what is stored serves look-ups.
   template <int count, class Read>
   LANES_INLINE_METHOD void WalkSegments(int x, int end, const Read& read) {
     const uint8_t* column = Column(first_, x);
-    const size_t window = 16 * static_cast<size_t>(row_.side);
-    int16_t* const below = below_ + 16 * first_;
-    Lanes segments[count];
-    for (int s = 0; s < count; ++s) segments[s] = LoadLanes(below + 16 * s);
-    for (; x < end; ++x, column += 16 * step) {
-      read(x);
+    const size_t window = kLanes * static_cast<size_t>(row_.side);
+    int16_t* const counters = counters_ + kLanes * first_;
+    LanesType segments[count];
+    for (int s = 0; s < count; ++s) segments[s] = LanesType::Load(counters + kLanes * s);
+    for (; x < end; ++x, column += kLanes * step) {
+      read(x, segments);
 #pragma GCC unroll 16
       for (int s = 0; s < count; ++s) {
-        const uint8_t* const leaving = column + static_cast<size_t>(s) * kSegmentPitch;
-        segments[s] = segments[s] + ChangeOf<tall, step>(leaving + window, leaving);
-        StoreLanes(segments[s], below + 16 * s);
+        const uint8_t* const leaving = column + static_cast<size_t>(s) * SegmentPitch(kLanes);
+        segments[s] = segments[s] + ChangeOf<LanesType, tall, step>(leaving + window, leaving);
+        if (lookUps) segments[s].Store(counters + kLanes * s);
       }
     }
+    if (!lookUps)
+      for (int s = 0; s < count; ++s) segments[s].Store(counters + kLanes * s);
   }
 
   template <class Read>
   LANES_INLINE_METHOD void WalkTallColumns(int x, int end, const Read& read) {
-    const size_t window = 16 * static_cast<size_t>(row_.side);
+    const size_t window = kLanes * static_cast<size_t>(row_.side);
+    const StoredSegments<LanesType> segments = {counters_ + kLanes * first_, last_ - first_ + 1};
     for (; x < end; ++x) {
-      read(x);
-      for (int s = first_; s <= last_; ++s) {
-        const uint8_t* const leaving = Column(s, x);
-        StoreLanes(segment(static_cast<size_t>(s)) + ChangeOf<tall, step>(leaving + window, leaving), below_ + 16 * s);
+      read(x, segments);
+      for (int s = 0; s < segments.count; ++s) {
+        const uint8_t* const leaving = Column(first_ + s, x);
+        (segments[s] + ChangeOf<LanesType, tall, step>(leaving + window, leaving))
+            .Store(counters_ + kLanes * (first_ + s));
       }
     }
   }
 
   const HistogramRow& row_;
   int first_ = 0, last_ = -1;  // the tracked segments
-  alignas(64) int16_t below_[16 * (kSegments + 1)];
+  alignas(64) int16_t counters_[256 + kLanes];
 };
 
 template <bool tall, int step = 1>
 class CoarseLevel {
  public:
   LANES_INLINE_METHOD explicit CoarseLevel(const HistogramRow& row)
-      : window_(16 * row.side), column_(row.columns.coarse), sums_(SumOfColumns(column_, row.side)) {
+      : window_(kCoarseSegments * row.side),
+        column_(row.columns.coarse),
+        sums_(SumOfColumns<Lanes>(column_, row.side)) {
     below_[15] = static_cast<int16_t>(-kBias);
-    StoreLanes(sums_, below_ + 16);
+    sums_.Store(below_ + 16);
   }
 
   LANES_INLINE_METHOD void Step() {
-    sums_ = sums_ + ChangeOf<tall, step>(column_ + window_, column_);
-    StoreLanes(sums_, below_ + 16);
-    column_ += 16 * step;
+    sums_ = sums_ + ChangeOf<Lanes, tall, step>(column_ + window_, column_);
+    sums_.Store(below_ + 16);
+    column_ += kCoarseSegments * step;
   }
 
   // How many samples lie below the segment 0..16, with the bias.
   LANES_INLINE_METHOD int Below(size_t segment) const { return below_[15 + segment]; }
   // The segment that holds the sample of a rank, which carries the bias.
-  LANES_INLINE_METHOD size_t SegmentOfRank(int rank) const { return kSegments - CountAbove(sums_, rank); }
+  LANES_INLINE_METHOD size_t SegmentOfRank(int rank) const { return kCoarseSegments - CountAbove(sums_, rank); }
 
  private:
   const ptrdiff_t window_;
@@ -161,13 +192,16 @@ template <bool tall, int step = 1>
 class DistanceLevel {
  public:
   LANES_INLINE_METHOD explicit DistanceLevel(const HistogramRow& row)
-      : window_(16 * row.side), column_(row.columns.distances), low_(NoWideLanes()), high_(NoWideLanes()) {
+      : window_(kCoarseSegments * row.side),
+        column_(row.columns.distances),
+        low_(WideLanes::None()),
+        high_(WideLanes::None()) {
     below_[7] = 0;
-    for (int i = 0; i < row.side; ++i) MoveTall(Lowered(column_ + 16 * i), EveryLane(-kBias));
+    for (int i = 0; i < row.side; ++i) MoveTall(Lowered(column_ + kCoarseSegments * i), Lanes::Every(-kBias));
   }
 
   LANES_INLINE_METHOD void Step() {
-    for (int i = 0; i < step; ++i, column_ += 16) {
+    for (int i = 0; i < step; ++i, column_ += kCoarseSegments) {
       const Lanes change = Load(column_ + window_) - Load(column_);
       if constexpr (tall)
         MoveTall(Lowered(column_ + window_), Lowered(column_));
@@ -181,16 +215,16 @@ class DistanceLevel {
 
  private:
   LANES_INLINE_METHOD static Lanes Load(const uint16_t* column) {
-    return LoadLanes(reinterpret_cast<const int16_t*>(column));
+    return Lanes::Load(reinterpret_cast<const int16_t*>(column));
   }
   // Unsigned counters, lowered so that they can be widened as signed ones.
-  LANES_INLINE_METHOD static Lanes Lowered(const uint16_t* column) { return Load(column) + EveryLane(-kBias); }
+  LANES_INLINE_METHOD static Lanes Lowered(const uint16_t* column) { return Load(column) + Lanes::Every(-kBias); }
   LANES_INLINE_METHOD void MoveTall(Lanes entering, Lanes leaving) {
     Move(WidenLow(entering) - WidenLow(leaving), WidenHigh(entering) - WidenHigh(leaving));
   }
   LANES_INLINE_METHOD void Move(WideLanes lowChange, WideLanes highChange) {
     low_ = low_ + lowChange, high_ = high_ + highChange;
-    StoreWideLanes(low_, below_ + 8), StoreWideLanes(high_, below_ + 16);
+    low_.Store(below_ + 8), high_.Store(below_ + 16);
   }
 
   const ptrdiff_t window_;

@@ -8,7 +8,7 @@
 namespace quentara {
 
 /// The largest window that a method takes; beyond it the filter goes through histograms.
-constexpr int kMostSamplesOfDirectMean = 23 * 23;       ///< range mean, square or line
+constexpr int kMostSamplesOfDirectMean = 17 * 17;       ///< range mean, square or line
 constexpr int kMostSamplesOfDirectDeviation = 23 * 23;  ///< mean deviation
 constexpr int kMostRadiusOfDirectDiamondDeviation = 20;
 

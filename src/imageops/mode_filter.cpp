@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 #include "imageops/column_histograms.h"
 #include "imageops/max_filter.h"
@@ -12,40 +13,52 @@
 namespace quentara {
 namespace {
 
-void ModeFromSlidingHistogram(WindowReach reach, const BytePlane& lowest, const BytePlane& highest,
-                              const BytePlane& values, BytePlane& result) {
+// rangeOf(y, x) are the values of which the mode is taken.
+template <class RangeOf>
+void ModeFromSlidingHistogram(WindowReach reach, const RangeOf& rangeOf, const BytePlane& values, BytePlane& result) {
   SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
-    const auto mode = std::max_element(&histogram[Row(lowest, y)[x]], &histogram[Row(highest, y)[x]] + 1);
+    const auto [lowest, highest] = rangeOf(y, x);
+    const auto mode = std::max_element(&histogram[lowest], &histogram[highest] + 1);
     Row(result, y)[x] = static_cast<unsigned char>(mode - histogram.data());  // the first of the largest
   });
-}
-
-// Of the values lowest(y, x) .. highest(y, x).
-BytePlane ModeBetween(int radius, const BytePlane& lowest, const BytePlane& highest, const BytePlane& values) {
-  BytePlane result(values.rows(), values.cols());
-  const WindowReach reach = SquareReach(radius);
-  if (FitsColumnHistograms(reach, values.rows(), values.cols()))
-    ForStripRows(reach, values, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
-      ActiveKernels().histogram[row.tallColumns].mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
-    });
-  else
-    ModeFromSlidingHistogram(reach, lowest, highest, values, result);
-  return result;
 }
 
 }  // namespace
 
 BytePlane ModeFilter(int radius, const BytePlane& plane) {
   assert(radius >= 0);
-  return ModeBetween(radius, MinFilter(radius, plane), MaxFilter(radius, plane), plane);
+  BytePlane result(plane.rows(), plane.cols());
+  const WindowReach reach = SquareReach(radius);
+  if (FitsColumnHistograms(reach, plane.rows(), plane.cols())) {
+    const BytePlane lowest(MinFilter(radius, plane)), highest(MaxFilter(radius, plane));
+    ForStripRows(reach, plane, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
+      ActiveKernels().histogram[row.tallColumns].mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
+    });
+  } else {
+    ModeFromSlidingHistogram(
+        reach, [](int, int) { return std::pair(0, 255); }, plane, result);
+  }
+  return result;
 }
 
 BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
   assert(radius >= 0 && limit >= 0 && SameSize(centre, values));
-  BytePlane lowest(values.rows(), values.cols()), highest(values.rows(), values.cols());
-  RangesAround(centre.data(), std::min(limit, 255), static_cast<int>(values.numElements()), lowest.data(),
-               highest.data());
-  return ModeBetween(radius, lowest, highest, values);
+  BytePlane result(values.rows(), values.cols());
+  const WindowReach reach = SquareReach(radius);
+  const int range = std::min(limit, 255);
+  if (FitsColumnHistograms(reach, values.rows(), values.cols())) {
+    ForStripRows(reach, values, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
+      Prefetch(centre, y + kRowsAhead, x, row.width);
+      ActiveKernels().histogram[row.tallColumns].rangeMode(row, Row(centre, y) + x, range, Row(result, y) + x);
+    });
+  } else {
+    const auto rangeOf = [&](int y, int x) {
+      const int c = Row(centre, y)[x];
+      return std::pair(std::max(c - range, 0), std::min(c + range, 255));
+    };
+    ModeFromSlidingHistogram(reach, rangeOf, values, result);
+  }
+  return result;
 }
 
 }  // namespace quentara

@@ -15,11 +15,10 @@ namespace {
 
 void RangeMeanFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                              BytePlane& result) {
-  ForRangeStripRows(
-      reach, centre, values, limit, CountersKind::kBelowWithDistances,
-      [&](int y, int x, const HistogramRow& row, const unsigned char* lowest, const unsigned char* highest) {
-        ActiveKernels().histogram[row.tallColumns].rangeMean(row, lowest, highest, Row(result, y) + x);
-      });
+  ForStripRows(reach, values, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
+    Prefetch(centre, y + kRowsAhead, x, row.width);
+    ActiveKernels().histogram[row.tallColumns].rangeMean(row, Row(centre, y) + x, limit, Row(result, y) + x);
+  });
 }
 
 void RangeMeanFromSlidingHistogram(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,

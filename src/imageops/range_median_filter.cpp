@@ -15,11 +15,10 @@ namespace {
 
 void RangeMedianFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
                                BytePlane& result) {
-  ForRangeStripRows(
-      reach, centre, values, limit, CountersKind::kBelow,
-      [&](int y, int x, const HistogramRow& row, const unsigned char* lowest, const unsigned char* highest) {
-        ActiveKernels().histogram[row.tallColumns].rangeMedian(row, lowest, highest, Row(result, y) + x);
-      });
+  ForStripRows(reach, values, CountersKind::kBelow, [&](int y, int x, const HistogramRow& row) {
+    Prefetch(centre, y + kRowsAhead, x, row.width);
+    ActiveKernels().histogram[row.tallColumns].rangeMedian(row, Row(centre, y) + x, limit, Row(result, y) + x);
+  });
 }
 
 void RangeMedianFromSlidingHistogram(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,

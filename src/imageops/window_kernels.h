@@ -8,19 +8,25 @@
 
 namespace quentara {
 
-/// What the counters of a column say; the 256 values fall into 16 segments of 16.
+/// What the counters of a column say.
 enum class CountersKind { kEach, kBelow, kBelowWithDistances };
 
 constexpr size_t kMostColumns = 1024;  ///< in a strip, windows that reach beyond it included
-/// Bytes from one segment to the next. An odd number of cache lines: counters of one column in different segments then
-/// compete for no set of the cache.
-constexpr size_t kSegmentPitch = 16 * kMostColumns + 64;
+constexpr int kCoarseSegments = 16;    ///< of 16 values each
 
-/// Histograms of neighbouring columns. `fine` has a 17th segment, which stays empty. Those below are as in `kBelow`; in
-/// `kEach` only `fine` is kept, and it holds how often each value occurs. A column has at most 255 samples.
+/// Bytes from one fine segment to the next. An odd number of cache lines: counters of one column in different segments
+/// then compete for no set of the cache.
+constexpr size_t SegmentPitch(int fineLanes) {
+  return static_cast<size_t>(fineLanes) * kMostColumns + 64;
+}
+
+/// Histograms of neighbouring columns. The 256 values fall into fine segments of `fineLanes` values, an instruction
+/// set's own number, behind which an empty one stands. Those below are as in `kBelow`; in `kEach` only `fine` is kept,
+/// and it holds how often each value occurs. A column has at most 255 samples.
 struct ColumnCounters {
-  uint8_t* fine;  ///< fine[segment * kSegmentPitch + 16 * column + lane]: samples of the segment below its value `lane`
-  uint8_t* coarse;      ///< coarse[16 * column + segment]: samples in segments 0 .. segment
+  uint8_t* fine;  ///< fine[segment * SegmentPitch(fineLanes) + fineLanes * column + lane]: samples of the segment below
+                  ///< its value `lane`
+  uint8_t* coarse;      ///< coarse[16 * column + segment]: samples in the coarse segments 0 .. segment
   uint16_t* distances;  ///< distances[16 * column + segment]: the sum of end - v over the samples v < end, where end =
                         ///< 16 * (segment + 1); in `kBelowWithDistances` only
   size_t step;          ///< columns from one sample of a row to the next, and from one window: 1 or 2
@@ -38,6 +44,7 @@ struct HistogramRow {
 
 /// The upkeep of column histograms.
 struct ColumnKernels {
+  int fineLanes[3];  ///< by kind: values of a fine segment
   /// By kind: takes a row of samples into the counters of its columns and another one out; one may be nullptr.
   void (*moveRow[3])(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count);
 };
@@ -45,19 +52,22 @@ struct ColumnKernels {
 /// Where the read-outs `rank` and `deviation` are for a step of 2, of columns that are not tall.
 constexpr int kDiagonalKernels = 2;
 
-/// Read-outs of all windows of a row. Those of the values lowest[x] .. highest[x] need one of them in each window.
+/// Read-outs of all windows of a row. Those of the values near the centre, centre[x] - limit .. centre[x] + limit with
+/// limit <= 255, need one of them in each window.
 struct HistogramKernels {
-  /// out[x] = the value of rank ranks[x], counted from 0.
+  /// out[x] = the value of rank ranks[x], counted from 0. Of counters `kBelow`.
   void (*rank)(const HistogramRow& row, const int* ranks, uint8_t* out);
-  /// out[x] = the lower median of the values lowest[x] .. highest[x].
-  void (*rangeMedian)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
-  /// out[x] = the mean of the values lowest[x] .. highest[x]. With distances.
-  void (*rangeMean)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
-  /// out[x] = the mean of |v - medians[x]| over the values v. With distances.
+  /// out[x] = the lower median of the values near the centre. Of counters `kBelow`.
+  void (*rangeMedian)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
+  /// out[x] = the mean of the values near the centre. Of counters `kEach`.
+  void (*rangeMean)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
+  /// out[x] = the mean of |v - medians[x]| over the values v. Of counters `kBelowWithDistances`.
   void (*deviation)(const HistogramRow& row, const uint8_t* medians, float* out);
-  /// out[x] = the most frequent of the values lowest[x] .. highest[x], of equally frequent ones the lowest. Of counters
-  /// `kEach`.
+  /// out[x] = the most frequent of the values, of equally frequent ones the lowest; all lie in lowest[x] .. highest[x].
+  /// Of counters `kEach`.
   void (*mode)(const HistogramRow& row, const uint8_t* lowest, const uint8_t* highest, uint8_t* out);
+  /// The same of the values near the centre.
+  void (*rangeMode)(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* out);
 };
 
 /// The windows of one row of pixels in a padded plane: those of pixel x have the corner samples + x.
