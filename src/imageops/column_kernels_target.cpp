@@ -7,23 +7,44 @@
 namespace quentara::KERNEL_TARGET {
 namespace {
 
-// The lanes of kLanesFrom + 16 - lane that are not below `lane` are 1.
-alignas(64) constexpr uint8_t kLanesFrom[33] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                                                1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
-
+// Where the counter of each value lies among those of a column, in segments of so many lanes.
 template <int lanes>
-LANES_INLINE uint8_t* SegmentOf(uint8_t* fine, size_t value) {
-  return fine + value / lanes * SegmentPitch(lanes);
-}
+struct Places {
+  constexpr Places() {
+    for (size_t v = 0; v < 256; ++v) {
+      segment[v] = static_cast<uint32_t>(v / lanes * SegmentPitch(lanes));
+      counter[v] = static_cast<uint32_t>(segment[v] + v % lanes);
+    }
+  }
+  uint32_t segment[256] = {}, counter[256] = {};
+};
+template <int lanes>
+constexpr Places<lanes> kPlaces;
+
+// What one sample adds to the running sums of its column: to those of its fine segment and to the coarse ones.
+struct Changes {
+  constexpr Changes() {
+    for (int v = 0; v < 256; ++v)
+      for (int lane = 0; lane < 16; ++lane) {
+        of[v].fine[lane] = lane > v % 16;
+        of[v].coarse[lane] = lane >= v / 16;
+      }
+  }
+  struct {
+    uint8_t fine[16], coarse[16];
+  } of[256] = {};
+};
+alignas(64) constexpr Changes kChanges;
 
 // Counters are bytes, which may alias anything: only locals stay in registers.
 template <bool enters, bool leaves>
 LANES_INLINE void CountEach(const ColumnCounters& columns, const uint8_t* entering, const uint8_t* leaving, int count) {
   constexpr int kLanes = FineLanes::kCount;
+  const size_t toNext = kLanes * columns.step;
   uint8_t* fine = columns.fine;
-  for (int i = 0; i < count; ++i, fine += kLanes * columns.step) {
-    if (enters) ++SegmentOf<kLanes>(fine, entering[i])[entering[i] % kLanes];
-    if (leaves) --SegmentOf<kLanes>(fine, leaving[i])[leaving[i] % kLanes];
+  for (int i = 0; i < count; ++i, fine += toNext) {
+    if (enters) ++fine[kPlaces<kLanes>.counter[entering[i]]];
+    if (leaves) --fine[kPlaces<kLanes>.counter[leaving[i]]];
   }
 }
 
@@ -40,17 +61,17 @@ LANES_INLINE void CountBelow(const ColumnCounters& columns, const uint8_t* enter
     SixteenBytes inSegments = SixteenBytes::Load(coarse);
     Lanes far = Lanes::Every(0);
     if (enters) {
-      const unsigned value = entering[i];
-      uint8_t* const counters = SegmentOf<16>(fine, value);
-      (SixteenBytes::Load(counters) + SixteenBytes::Load(kLanesFrom + 15 - value % 16)).Store(counters);
-      inSegments = inSegments + SixteenBytes::Load(kLanesFrom + 16 - value / 16);
+      const size_t value = entering[i];
+      uint8_t* const counters = fine + kPlaces<16>.segment[value];
+      (SixteenBytes::Load(counters) + SixteenBytes::Load(kChanges.of[value].fine)).Store(counters);
+      inSegments = inSegments + SixteenBytes::Load(kChanges.of[value].coarse);
       if (distances) far = far + Excess(segmentEnds, Lanes::Every(static_cast<int>(value)));
     }
     if (leaves) {
-      const unsigned value = leaving[i];
-      uint8_t* const counters = SegmentOf<16>(fine, value);
-      (SixteenBytes::Load(counters) - SixteenBytes::Load(kLanesFrom + 15 - value % 16)).Store(counters);
-      inSegments = inSegments - SixteenBytes::Load(kLanesFrom + 16 - value / 16);
+      const size_t value = leaving[i];
+      uint8_t* const counters = fine + kPlaces<16>.segment[value];
+      (SixteenBytes::Load(counters) - SixteenBytes::Load(kChanges.of[value].fine)).Store(counters);
+      inSegments = inSegments - SixteenBytes::Load(kChanges.of[value].coarse);
       if (distances) far = far - Excess(segmentEnds, Lanes::Every(static_cast<int>(value)));
     }
     inSegments.Store(coarse);
