@@ -33,12 +33,6 @@ LANES_FUNCTION Lanes operator-(Lanes a, Lanes b) {
 LANES_FUNCTION Lanes Excess(Lanes a, Lanes b) {
   return {_mm256_subs_epu16(a.v, b.v)};
 }
-/// How many lanes are above the limit, both signed; the lanes do not fall.
-LANES_FUNCTION size_t CountAbove(Lanes a, int limit) {
-  const __m256i above = _mm256_cmpgt_epi16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
-  return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above)))) / 2;
-}
-
 struct WideLanes {  ///< of 32 bits
   __m256i v;
 
@@ -74,6 +68,11 @@ LANES_FUNCTION void StoreHalved(__m256i a, uint32_t* p) {
 
 #ifndef __AVX512BW__
 
+/// How many lanes are above the limit, both signed; the lanes do not fall.
+LANES_FUNCTION size_t CountAbove(Lanes a, int limit) {
+  const __m256i above = _mm256_cmpgt_epi16(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
+  return static_cast<size_t>(__builtin_popcount(static_cast<unsigned>(_mm256_movemask_epi8(above)))) / 2;
+}
 LANES_FUNCTION Lanes SmallerLanes(Lanes a, Lanes b) {
   return {_mm256_min_epi16(a.v, b.v)};
 }

@@ -5,6 +5,11 @@
 
 namespace quentara::KERNEL_TARGET {
 
+LANES_FUNCTION size_t CountAbove(Lanes a, int limit) {
+  const __mmask16 above = _mm256_cmpgt_epi16_mask(a.v, _mm256_set1_epi16(static_cast<short>(limit)));
+  return static_cast<size_t>(__builtin_popcount(above));
+}
+
 struct FineLanes {
   static constexpr int kCount = 32;
   __m512i v;
