@@ -73,6 +73,22 @@ BYTE_LANES_INLINE Bytes Larger(Bytes a, Bytes b) {
   return {LANES_OPERATION(max_epu8)(a.v, b.v)};
 }
 
+BYTE_LANES_INLINE Bytes operator^(Bytes a, Bytes b) {
+  return {LANES_REGISTER(xor)(a.v, b.v)};
+}
+/// (a + b + 1) / 2.
+BYTE_LANES_INLINE Bytes UpperMean(Bytes a, Bytes b) {
+  return {LANES_OPERATION(avg_epu8)(a.v, b.v)};
+}
+/// count + 1 where a is above b, both of them signed.
+BYTE_LANES_INLINE Bytes CountAbove(Bytes count, Bytes a, Bytes b) {
+  return {LANES_OPERATION(sub_epi8)(count.v, LANES_OPERATION(cmpgt_epi8)(a.v, b.v))};
+}
+/// sum + term where a is above b, both of them signed.
+BYTE_LANES_INLINE Bytes AddWhereAbove(Bytes sum, Bytes term, Bytes a, Bytes b) {
+  return {LANES_OPERATION(add_epi8)(sum.v, LANES_REGISTER(and)(term.v, LANES_OPERATION(cmpgt_epi8)(a.v, b.v)))};
+}
+
 BYTE_LANES_INLINE Words EveryWord(int value) {
   return {LANES_OPERATION(set1_epi16)(static_cast<short>(value))};
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "imageops/method_choice.h"
 #include "imageops/window_kernels_dispatch.h"
 #include "render/scratch.h"
 
@@ -41,6 +42,22 @@ void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const B
     outside[x] = static_cast<std::uint16_t>(2 * reach.columns + 1 - ClippedExtent(x, reach.columns, width));
   for (int y = 0; y < values.rows(); ++y)
     kernels.rangeMean(WindowsOf(reach, padded, y, width), Row(centre, y), limit, outside.data(), Row(result, y));
+}
+
+void RangeMedianByBisection(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
+                            BytePlane& result) {
+  const int height = values.rows(), width = values.cols(), steps = BisectionSteps(limit);
+  const RangeMedianKernels& kernels = ActiveKernels().rangeMedian;
+  BytePlane padded(PadRows(values, reach.columns, 255));
+  std::for_each(padded.data(), padded.data() + padded.numElements(), [](unsigned char& v) { v ^= kBisectionBias; });
+  Scratch<unsigned char> sizes(static_cast<std::size_t>(width));
+  for (int y = 0; y < height; ++y) {
+    const WindowRow windows = WindowsOf(reach, padded, y, width);
+    if (y <= reach.rows || y >= height - reach.rows)
+      for (int x = 0; x < width; ++x)
+        sizes[x] = static_cast<unsigned char>(windows.rows * ClippedExtent(x, reach.columns, width));
+    kernels.byBisection(windows, Row(centre, y), limit, steps, sizes.data(), Row(result, y));
+  }
 }
 
 void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {

@@ -10,6 +10,7 @@ namespace quentara {
 /// The largest window that a method takes; beyond it the filter goes through histograms.
 constexpr int kMostSamplesOfDirectMean = 17 * 17;       ///< range mean, square or line
 constexpr int kMostSamplesOfDirectDeviation = 23 * 23;  ///< mean deviation
+constexpr int kMostCountsOfBisection = 650;             ///< range median: samples, times how often each is counted
 constexpr int kMostRadiusOfDirectDiamondDeviation = 20;
 
 /// Median by sorting networks, which need a plane that is larger than the window.
@@ -31,6 +32,18 @@ inline bool PrefersDiamondNetworks(int radius, int height, int width) {
 }
 inline bool PrefersDirectDiamondDeviation(int radius, int width) {
   return radius <= kMostRadiusOfDirectDiamondDeviation && width >= kMostByteLanes;
+}
+
+/// How often a range of 2 * limit + 1 values is halved until one is left.
+inline int BisectionSteps(int limit) {
+  int steps = 0;
+  while (steps < 8 && 2 * limit >> steps > 0) ++steps;
+  return steps;
+}
+/// Range median by bisection: bytes count the samples.
+inline bool PrefersBisection(WindowReach reach, int limit, int width) {
+  const int samples = SampleCount(reach), counts = 2 + BisectionSteps(limit);
+  return samples <= 255 && samples * counts <= kMostCountsOfBisection && width >= kBisectedPixels;
 }
 
 /// Mean deviation by direct sums.

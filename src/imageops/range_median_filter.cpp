@@ -5,6 +5,8 @@
 #include <numeric>
 
 #include "imageops/column_histograms.h"
+#include "imageops/direct_sums.h"
+#include "imageops/method_choice.h"
 #include "imageops/sliding_histogram.h"
 #include "imageops/transpose.h"
 #include "imageops/window_kernels_dispatch.h"
@@ -32,9 +34,15 @@ void RangeMedianFromSlidingHistogram(WindowReach reach, const BytePlane& centre,
 
 BytePlane RangeMedian(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit) {
   assert(reach.rows >= 0 && reach.columns >= 0 && limit >= 0 && SameSize(centre, values));
-  BytePlane result(values.rows(), values.cols());
   const int range = std::min(limit, 255);
-  if (FitsColumnHistograms(reach, values.rows(), values.cols()))
+  const bool bisect = PrefersBisection(reach, range, values.cols());
+  // In a column the window's histogram is at hand; a turned plane costs less than to gather it along a row.
+  if (!bisect && reach.columns > reach.rows)
+    return Transpose(RangeMedian({reach.columns, reach.rows}, Transpose(centre), Transpose(values), range));
+  BytePlane result(values.rows(), values.cols());
+  if (bisect)
+    RangeMedianByBisection(reach, centre, values, range, result);
+  else if (FitsColumnHistograms(reach, values.rows(), values.cols()))
     RangeMedianFromHistograms(reach, centre, values, range, result);
   else
     RangeMedianFromSlidingHistogram(reach, centre, values, range, result);
@@ -49,10 +57,7 @@ BytePlane RangeMedianFilter2(int radius, const BytePlane& centre, const BytePlan
 
 BytePlane RangeMedianLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit,
                            LineDirection direction) {
-  const WindowReach column = LineReach(radius, LineDirection::Vertical);
-  if (direction == LineDirection::Vertical) return RangeMedian(column, centre, values, limit);
-  // In a column the window's histogram is at hand; a turned plane costs less than to gather it along a row.
-  return Transpose(RangeMedian(column, Transpose(centre), Transpose(values), limit));
+  return RangeMedian(LineReach(radius, direction), centre, values, limit);
 }
 
 }  // namespace quentara

@@ -8,17 +8,17 @@
 /// @param radius  in pixels, >= 0; 0 gives `values` back.
 /// @param centre  height x width, samples 0..255, of any size.
 /// @param values  same size and range; values(y, x) is within `limit` of centre(y, x), so no window is empty. This
-/// holds
-///                in every pass that starts from values = centre while the limit does not fall.
+///                holds in every pass that starts from values = centre while the limit does not fall.
 /// @param limit   in sample values, >= 0; from 255 on the result is the plain lower median.
 /// @return same size, samples 0..255.
 ///
 /// They run on the calling thread. A result depends on rows up to `radius` away (in the horizontal form on its own row
 /// only): `FilterInBands` spreads them over the workers without changing a byte.
 ///
-/// Method: column histograms in two levels, after Perreault and Hebert (2007). With C(v) the number of window samples
-/// below v, the result has rank (C(centre - limit) + C(centre + limit + 1) - 1) / 2 in the whole window, so one search
-/// of the plain median's kind finds it. The cost per pixel does not grow with the radius.
+/// Method: with C(v) the number of window samples below v, the result has rank r = (C(centre - limit) +
+/// C(centre + limit + 1) - 1) / 2 in the whole window. Small windows count their samples to bisect the value of that
+/// rank, as Mogensen does for the plain median (Devillard 1998). Of larger ones column histograms in two levels, after
+/// Perreault and Hebert (2007), give the counts and the value; the cost per pixel then does not grow with the radius.
 #pragma once
 
 #include "imageops/line_direction.h"

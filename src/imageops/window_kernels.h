@@ -96,6 +96,18 @@ struct DirectKernels {
   void (*moveColumns)(const uint8_t* entering, const uint8_t* leaving, uint16_t* columns, int width);
 };
 
+constexpr int kBisectedPixels = 64;   ///< that a kernel takes at a time
+constexpr int kBisectionBias = 0x80;  ///< makes the order of signed bytes out of that of unsigned ones, by exclusive or
+
+/// Medians over small windows, by bisection of the value.
+struct RangeMedianKernels {
+  /// out[x] = the lower median of the values within limit of centre[x]; 2^steps > min(2 * limit, 255), limit <= 255.
+  /// The samples carry kBisectionBias, and the padding is 255 with it. A window has at most 255 samples, padding
+  /// included, and sizes[x] without; at least one is within the limit. The width is kBisectedPixels or more.
+  void (*byBisection)(const WindowRow& row, const uint8_t* centre, int limit, int steps, const uint8_t* sizes,
+                      uint8_t* out);
+};
+
 /// The rows behind two rows of pixels, in tiles of 2 x 2 pixels. Tile t is pixels 2 t and 2 t + 1 of either row, and
 /// its windows take columns 2 t .. 2 t + 2 radius + 1 of the rows, which are padded on both sides.
 struct TileRow {
@@ -174,6 +186,7 @@ struct WindowKernels {
   const ColumnKernels& columns;
   const HistogramKernels* histogram;  ///< [HistogramRow::tallColumns], and [kDiagonalKernels] for a step of 2
   const DirectKernels& direct;
+  const RangeMedianKernels& rangeMedian;
   const MedianKernels& median;
   const ExtremeKernels& largest;
   const ExtremeKernels& smallest;

@@ -8,6 +8,7 @@ namespace baseline {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
+extern const RangeMedianKernels kRangeMedianKernels;
 extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
@@ -19,6 +20,7 @@ namespace avx2 {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
+extern const RangeMedianKernels kRangeMedianKernels;
 extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
@@ -30,6 +32,7 @@ namespace avx512 {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
+extern const RangeMedianKernels kRangeMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 }  // namespace avx512
 
@@ -41,6 +44,7 @@ const WindowKernels plain = {"baseline",
                              baseline::kColumnKernels,
                              baseline::kHistogramKernels,
                              baseline::kDirectKernels,
+                             baseline::kRangeMedianKernels,
                              baseline::kMedianKernels,
                              baseline::kLargestKernels,
                              baseline::kSmallestKernels,
@@ -51,6 +55,7 @@ const WindowKernels wide = {"avx2",
                             avx2::kColumnKernels,
                             avx2::kHistogramKernels,
                             avx2::kDirectKernels,
+                            avx2::kRangeMedianKernels,
                             avx2::kMedianKernels,
                             avx2::kLargestKernels,
                             avx2::kSmallestKernels,
@@ -62,6 +67,7 @@ const WindowKernels widest = {"avx512",
                               avx512::kColumnKernels,
                               avx512::kHistogramKernels,
                               avx512::kDirectKernels,
+                              avx512::kRangeMedianKernels,
                               avx2::kMedianKernels,
                               avx512::kLargestKernels,
                               avx512::kSmallestKernels,
