@@ -32,7 +32,6 @@ namespace avx512 {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
-extern const RangeMedianKernels kRangeMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 }  // namespace avx512
 
@@ -62,12 +61,12 @@ const WindowKernels wide = {"avx2",
                             avx2::kBoxKernels,
                             avx2::kDiamondKernels,
                             avx2::kRotationKernels};
-// Networks, box means, diamonds and rotations gain nothing by wider registers.
+// Networks, bisection, box means, diamonds and rotations gain nothing by wider registers.
 const WindowKernels widest = {"avx512",
                               avx512::kColumnKernels,
                               avx512::kHistogramKernels,
                               avx512::kDirectKernels,
-                              avx512::kRangeMedianKernels,
+                              avx2::kRangeMedianKernels,
                               avx2::kMedianKernels,
                               avx512::kLargestKernels,
                               avx512::kSmallestKernels,
