@@ -65,7 +65,8 @@ BytePlane MedianFilter(int radius, const BytePlane& plane) {
     MedianFromNetworks(radius, plane, result);
     FilterCorners(
         radius, plane,
-        [&](const BytePlane& corner, BytePlane& medians) { MedianFromHistograms(reach, corner, medians); }, result);
+        [&](const BytePlane& corner, BytePlane& medians) { MedianFromSlidingHistogram(reach, corner, medians); },
+        result);
   } else if (FitsColumnHistograms(reach, plane.rows(), plane.cols()))
     MedianFromHistograms(reach, plane, result);
   else

@@ -77,10 +77,26 @@ class SplitRows {
   std::vector<const Sample*> even_, odd_;
 };
 
+// The same for windows of 3 x 3, which are too small to pay for the splitting.
+void MedianOfNines(const BytePlane& plane, BytePlane& result) {
+  const int height = plane.rows(), width = plane.cols();
+  Scratch<Sample> outside(static_cast<std::size_t>(width)), spare(static_cast<std::size_t>(width));
+  for (int x = 0; x < width; ++x) outside[x] = Padding(1, 1, x);
+  const std::ptrdiff_t pitch = width + 64;  // rows of columns start in the middle
+  Scratch<Sample> columns(static_cast<std::size_t>(6 * pitch));
+  for (int y = 0; y < height; y += 2) {
+    const Sample* rows[4];
+    for (int i = 0; i < 4; ++i) rows[i] = y + i >= 1 && y + i <= height ? Row(plane, y + i - 1) : outside.data();
+    Sample* const lower = y + 1 < height ? Row(result, y + 1) : spare.data();
+    ActiveKernels().median.medianOfNines({rows, columns.data() + 32, pitch, Row(result, y), lower, width});
+  }
+}
+
 }  // namespace
 
 void MedianFromNetworks(int radius, const BytePlane& plane, BytePlane& result) {
   assert(radius >= 1 && radius <= kMostNetworkRadius && std::min(plane.rows(), plane.cols()) > 2 * radius);
+  if (radius == 1 && plane.cols() >= kMostByteLanes) return MedianOfNines(plane, result);
   SplitRows rows(radius, plane);
   const auto medianOfTiles = ActiveKernels().median.medianOfTiles[radius];
   Scratch<Sample> spare(static_cast<std::size_t>(plane.cols()));  // for the row below an odd number of them

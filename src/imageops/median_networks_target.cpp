@@ -198,6 +198,57 @@ void MedianOfTiles(const TileRow& row) {
   for (int x = 0; x < row.width; x += kBlock) tiles.Step(row, x, row.width - x < kBlock ? row.width - x : kBlock);
 }
 
+// The first register of pixels behind x; the last one of a row may overlap the one before it.
+BYTE_LANES_INLINE int NextRegister(int x, int width) {
+  return x + 2 * kByteLanes <= width || x + kByteLanes == width ? x + kByteLanes : width - kByteLanes;
+}
+
+/// The sorted columns of a row of pixels: the lowest, the middle and the highest samples of three.
+struct SortedColumns {
+  uint8_t* samples[3];
+
+  BYTE_LANES_INLINE_METHOD void Store(const Sorted<3>& columns, int x) const {
+    for (int i = 0; i < 3; ++i) StoreBytes(columns.at[i], samples[i] + x);
+  }
+  // One black and two whites beyond either edge.
+  BYTE_LANES_INLINE_METHOD void StorePadding(int width) const {
+    for (int i = 0; i < 3; ++i) samples[i][-1] = samples[i][width] = i == 0 ? 0 : 255;
+  }
+  // The median of a window is that of the largest of its lowest, the median of its middle and the smallest of its
+  // highest samples.
+  BYTE_LANES_INLINE_METHOD Bytes MediansAt(int x) const {
+    const Bytes lowest =
+        Larger(Larger(LoadBytes(samples[0] + x - 1), LoadBytes(samples[0] + x + 1)), LoadBytes(samples[0] + x));
+    const Bytes middle =
+        Middle<1>(Merged(Merged(Sorted<1>{LoadBytes(samples[1] + x - 1)}, Sorted<1>{LoadBytes(samples[1] + x + 1)}),
+                         Sorted<1>{LoadBytes(samples[1] + x)}))
+            .at[0];
+    const Bytes highest =
+        Smaller(Smaller(LoadBytes(samples[2] + x - 1), LoadBytes(samples[2] + x + 1)), LoadBytes(samples[2] + x));
+    return MedianOf(Merged(Sorted<1>{lowest}, Sorted<1>{highest}), Sorted<1>{middle});
+  }
+};
+
+void MedianOfNines(const NineRow& row) {
+  const uint8_t* const rows[] = {row.rows[0], row.rows[1], row.rows[2], row.rows[3]};
+  const ptrdiff_t pitch = row.pitch;
+  uint8_t *const columns = row.columns, *const upperOut = row.upper, *const lowerOut = row.lower;
+  const SortedColumns upper = {{columns, columns + pitch, columns + 2 * pitch}};
+  const SortedColumns lower = {{columns + 3 * pitch, columns + 4 * pitch, columns + 5 * pitch}};
+  const int width = row.width;
+  for (int x = 0; x < width; x = NextRegister(x, width)) {
+    const auto load = [&](int i) { return Sorted<1>{{LoadBytes(rows[i] + x)}}; };
+    const Sorted<2> shared = Merged(load(1), load(2));
+    upper.Store(Merged(shared, load(0)), x);
+    lower.Store(Merged(shared, load(3)), x);
+  }
+  upper.StorePadding(width), lower.StorePadding(width);
+  for (int x = 0; x < width; x = NextRegister(x, width)) {
+    StoreBytes(upper.MediansAt(x), upperOut + x);
+    StoreBytes(lower.MediansAt(x), lowerOut + x);
+  }
+}
+
 void SplitColumns(const uint8_t* samples, uint8_t* even, uint8_t* odd, int width) {
   constexpr int kPairs = 2 * kByteLanes;
   uint8_t last[kPairs] = {};
@@ -216,7 +267,8 @@ void SplitColumns(const uint8_t* samples, uint8_t* even, uint8_t* odd, int width
 }  // namespace
 
 extern const MedianKernels kMedianKernels;
-const MedianKernels kMedianKernels = {SplitColumns,
+const MedianKernels kMedianKernels = {MedianOfNines,
+                                      SplitColumns,
                                       {nullptr, MedianOfTiles<1>, MedianOfTiles<2>, MedianOfTiles<3>, MedianOfTiles<4>,
                                        MedianOfTiles<5>, MedianOfTiles<6>, MedianOfTiles<7>, MedianOfTiles<8>}};
 

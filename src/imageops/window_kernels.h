@@ -119,10 +119,22 @@ struct TileRow {
   int pixels;  ///< in either of them
 };
 
+/// The four rows behind two rows of pixels and their windows of 3 x 3.
+struct NineRow {
+  const uint8_t* const* rows;
+  uint8_t* columns;  ///< room for six rows, each with a sample on either side
+  ptrdiff_t pitch;   ///< from one of these rows to the next
+  uint8_t* upper;    ///< the two rows of medians
+  uint8_t* lower;
+  int width;  ///< kMostByteLanes or more
+};
+
 constexpr int kMostNetworkRadius = 8;
 
 /// Medians by sorting networks.
 struct MedianKernels {
+  /// Beside the rows lie one black and two whites.
+  void (*medianOfNines)(const NineRow& row);
   /// even[i] = samples[2 i], odd[i] = samples[2 i + 1], to be written up to a multiple of 32.
   void (*splitColumns)(const uint8_t* samples, uint8_t* even, uint8_t* odd, int width);
   /// By radius, from 1.
