@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "imageops/method_choice.h"
 #include "imageops/window_kernels_dispatch.h"
@@ -21,6 +22,25 @@ WindowRow WindowsOf(WindowReach reach, const BytePlane& padded, int y, int width
   const int first = std::max(y - reach.rows, 0);
   const int rows = ClippedExtent(y, reach.rows, padded.rows());
   return {Row(padded, first), padded.stride(0), rows, 2 * reach.columns + 1, width};
+}
+
+// Calls visit(y, columns, sizes) for each row: see DirectKernels::deviation.
+template <class Visit>
+void ForColumnSums(WindowReach reach, const BytePlane& values, const Visit& visit) {
+  const int height = values.rows(), width = values.cols();
+  Scratch<std::uint16_t> columns(RoomFor(width + 2 * reach.columns));
+  Scratch<unsigned char> zeros(RoomFor(width));
+  Scratch<float> sizes(RoomFor(width));
+  const auto rowOf = [&](int y) { return y >= 0 && y < height ? Row(values, y) : zeros.data(); };
+  for (int y = -reach.rows; y < height; ++y) {
+    ActiveKernels().direct.moveColumns(rowOf(y + reach.rows), rowOf(y - reach.rows - 1), columns.data() + reach.columns,
+                                       width);
+    if (y < 0) continue;
+    if (y <= reach.rows || y >= height - reach.rows)
+      for (int x = 0; x < width; ++x)
+        sizes[x] = static_cast<float>(ClippedExtent(y, reach.rows, height) * ClippedExtent(x, reach.columns, width));
+    visit(y, columns.data(), sizes.data());
+  }
 }
 
 }  // namespace
@@ -61,22 +81,34 @@ void RangeMedianByBisection(WindowReach reach, const BytePlane& centre, const By
 }
 
 void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
-  const int height = values.rows(), width = values.cols();
-  const DirectKernels& kernels = ActiveKernels().direct;
   const BytePlane padded(PadRows(values, reach.columns, 255));
-  Scratch<std::uint16_t> columns(RoomFor(width + 2 * reach.columns));
-  Scratch<unsigned char> zeros(RoomFor(width));
-  Scratch<float> sizes(RoomFor(width));
-  const auto rowOf = [&](int y) { return y >= 0 && y < height ? Row(values, y) : zeros.data(); };
-  for (int y = -reach.rows; y < height; ++y) {
-    kernels.moveColumns(rowOf(y + reach.rows), rowOf(y - reach.rows - 1), columns.data() + reach.columns, width);
-    if (y < 0) continue;
-    const WindowRow windows = WindowsOf(reach, padded, y, width);
-    if (y <= reach.rows || y >= height - reach.rows)
-      for (int x = 0; x < width; ++x)
-        sizes[x] = static_cast<float>(windows.rows * ClippedExtent(x, reach.columns, width));
-    kernels.deviation(windows, Row(medians, y), columns.data(), sizes.data(), Row(result, y));
-  }
+  ForColumnSums(reach, values, [&](int y, const std::uint16_t* columns, const float* sizes) {
+    ActiveKernels().direct.deviation(WindowsOf(reach, padded, y, values.cols()), Row(medians, y), columns, sizes,
+                                     Row(result, y));
+  });
+}
+
+void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
+  const int height = values.rows(), width = values.cols(), ring = 2 * reach.rows + 1;
+  const QuadKernels& kernels = *ActiveKernels().quads;
+  const std::ptrdiff_t pitch = 4 * (width + 2 * static_cast<std::ptrdiff_t>(reach.columns));
+  Scratch<unsigned char> samples(static_cast<std::size_t>(ring * pitch));
+  std::fill_n(samples.data(), ring * pitch, static_cast<unsigned char>(255));
+  const auto quadOf = [&](int y) { return samples.data() + y % ring * pitch; };
+  std::vector<const unsigned char*> quads;
+  int loaded = 0;
+  ForColumnSums(reach, values, [&](int y, const std::uint16_t* columns, const float* sizes) {
+    const int first = std::max(y - reach.rows, 0), end = std::min(y + reach.rows + 1, height);
+    for (; loaded < end; ++loaded) {
+      const unsigned char* rows[4];
+      for (int i = 0; i < 4; ++i) rows[i] = Row(values, std::min(loaded + i, height - 1));
+      kernels.interleave(rows, quadOf(loaded) + 4 * reach.columns, width);
+    }
+    quads.clear();
+    for (int row = first; row < end; row += 4) quads.push_back(quadOf(row));
+    kernels.deviation({quads.data(), end - first, 2 * reach.columns + 1, width}, Row(medians, y), columns, sizes,
+                      Row(result, y));
+  });
 }
 
 }  // namespace quentara

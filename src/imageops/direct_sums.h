@@ -22,4 +22,7 @@ void RangeMedianByBisection(WindowReach reach, const BytePlane& centre, const By
 /// result = the mean distance, as median_filter.h defines it, of windows that `PrefersDirectDeviation` accepts.
 void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result);
 
+/// The same of windows and planes that `PrefersQuads` accepts.
+void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result);
+
 }  // namespace quentara

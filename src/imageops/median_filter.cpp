@@ -78,7 +78,9 @@ FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const Byte
   assert(radius >= 0 && SameSize(values, medians));
   FloatPlane result(values.rows(), values.cols());
   const WindowReach reach = SquareReach(radius);
-  if (PrefersDirectDeviation(reach))
+  if (PrefersQuads(reach, values.cols(), ActiveKernels().quads != nullptr))
+    DeviationFromQuads(reach, values, medians, result);
+  else if (PrefersDirectDeviation(reach))
     DeviationFromDirectSums(reach, values, medians, result);
   else if (FitsColumnHistograms(reach, values.rows(), values.cols()))
     DeviationFromHistograms(reach, values, medians, result);

@@ -11,6 +11,7 @@ namespace quentara {
 constexpr int kMostSamplesOfDirectMean = 17 * 17;       ///< range mean, square or line
 constexpr int kMostSamplesOfDirectDeviation = 23 * 23;  ///< mean deviation
 constexpr int kMostCountsOfBisection = 650;             ///< range median: samples, times how often each is counted
+constexpr int kMostSamplesOfQuadDeviation = 29 * 29;    ///< the same by quads
 constexpr int kMostRadiusOfDirectDiamondDeviation = 20;
 
 /// Median by sorting networks, which need a plane that is larger than the window.
@@ -44,6 +45,11 @@ inline int BisectionSteps(int limit) {
 inline bool PrefersBisection(WindowReach reach, int limit, int width) {
   const int samples = SampleCount(reach), counts = 2 + BisectionSteps(limit);
   return samples <= 255 && samples * counts <= kMostCountsOfBisection && width >= kBisectedPixels;
+}
+
+/// Mean deviation by quads, where the processor has the instructions and a row fills its registers.
+inline bool PrefersQuads(WindowReach reach, int width, bool available) {
+  return available && width >= kMostByteLanes && SampleCount(reach) <= kMostSamplesOfQuadDeviation;
 }
 
 /// Mean deviation by direct sums.

@@ -79,7 +79,7 @@ struct WindowRow {
   int width;               ///< pixels in the row
 };
 
-constexpr int kMostByteLanes = 32;  ///< pixels that a kernel takes at a time
+constexpr int kMostByteLanes = 64;  ///< pixels that a kernel takes at a time
 
 /// Sums over small windows, sample by sample for many pixels at a time.
 struct DirectKernels {
@@ -106,6 +106,24 @@ struct RangeMedianKernels {
   /// included, and sizes[x] without; at least one is within the limit. The width is kBisectedPixels or more.
   void (*byBisection)(const WindowRow& row, const uint8_t* centre, int limit, int steps, const uint8_t* sizes,
                       uint8_t* out);
+};
+
+/// The windows of one row of pixels, four rows in turns: quads[i] has the samples of rows 4 i .. 4 i + 3 of the
+/// windows, column by column, from the first column of the first window on. Padding is 255.
+struct QuadRow {
+  const uint8_t* const* quads;
+  int rows;   ///< of the windows; what their last quad holds beyond them does not count
+  int side;   ///< columns of the windows
+  int width;  ///< pixels, kMostByteLanes or more
+};
+
+/// Sums over small windows by instructions that add up four bytes at a time.
+struct QuadKernels {
+  /// quads[4 * x + i] = rows[i][x], kMostByteLanes or more of each.
+  void (*interleave)(const uint8_t* const* rows, uint8_t* quads, int width);
+  /// As DirectKernels::deviation.
+  void (*deviation)(const QuadRow& row, const uint8_t* medians, const uint16_t* columns, const float* sizes,
+                    float* out);
 };
 
 /// The rows behind two rows of pixels, in tiles of 2 x 2 pixels. Tile t is pixels 2 t and 2 t + 1 of either row, and
@@ -198,6 +216,7 @@ struct WindowKernels {
   const ColumnKernels& columns;
   const HistogramKernels* histogram;  ///< [HistogramRow::tallColumns], and [kDiagonalKernels] for a step of 2
   const DirectKernels& direct;
+  const QuadKernels* quads;  ///< nullptr where there are no such instructions
   const RangeMedianKernels& rangeMedian;
   const MedianKernels& median;
   const ExtremeKernels& largest;

@@ -32,6 +32,7 @@ namespace avx512 {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
+extern const QuadKernels kQuadKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 }  // namespace avx512
 
@@ -43,6 +44,7 @@ const WindowKernels plain = {"baseline",
                              baseline::kColumnKernels,
                              baseline::kHistogramKernels,
                              baseline::kDirectKernels,
+                             nullptr,
                              baseline::kRangeMedianKernels,
                              baseline::kMedianKernels,
                              baseline::kLargestKernels,
@@ -54,6 +56,7 @@ const WindowKernels wide = {"avx2",
                             avx2::kColumnKernels,
                             avx2::kHistogramKernels,
                             avx2::kDirectKernels,
+                            nullptr,
                             avx2::kRangeMedianKernels,
                             avx2::kMedianKernels,
                             avx2::kLargestKernels,
@@ -66,6 +69,7 @@ const WindowKernels widest = {"avx512",
                               avx512::kColumnKernels,
                               avx512::kHistogramKernels,
                               avx512::kDirectKernels,
+                              &avx512::kQuadKernels,
                               avx2::kRangeMedianKernels,
                               avx2::kMedianKernels,
                               avx512::kLargestKernels,
