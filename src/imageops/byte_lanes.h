@@ -1,4 +1,4 @@
-/// One register of bytes, 32 with AVX2 and 16 with SSE2, and the sums and means that they grow into.
+/// One register of bytes, 64 with AVX-512, 32 with AVX2 and 16 with SSE2, and the sums and means that they grow into.
 ///
 /// For sources that are built once per instruction set, inside namespace KERNEL_TARGET: nothing here is ever shared
 /// between two sets. Widening keeps to the 128-bit parts of a register, so that packing puts everything back in order.
@@ -20,16 +20,24 @@
 
 namespace quentara::KERNEL_TARGET {
 
-#ifdef __AVX2__
+#ifdef __AVX512BW__
+using Register = __m512i;
+using FloatRegister = __m512;
+#define LANES_OPERATION(name) _mm512_##name
+#define LANES_REGISTER(name) _mm512_##name##_si512
+#define LANES_FLOATS _mm512_castsi512_ps
+#elif defined(__AVX2__)
 using Register = __m256i;
 using FloatRegister = __m256;
 #define LANES_OPERATION(name) _mm256_##name
 #define LANES_REGISTER(name) _mm256_##name##_si256
+#define LANES_FLOATS _mm256_castsi256_ps
 #else
 using Register = __m128i;
 using FloatRegister = __m128;
 #define LANES_OPERATION(name) _mm_##name
 #define LANES_REGISTER(name) _mm_##name##_si128
+#define LANES_FLOATS _mm_castsi128_ps
 #endif
 
 struct Bytes {
@@ -80,6 +88,7 @@ BYTE_LANES_INLINE Bytes operator^(Bytes a, Bytes b) {
 BYTE_LANES_INLINE Bytes UpperMean(Bytes a, Bytes b) {
   return {LANES_OPERATION(avg_epu8)(a.v, b.v)};
 }
+#ifndef __AVX512BW__
 /// count + 1 where a is above b, both of them signed.
 BYTE_LANES_INLINE Bytes CountAbove(Bytes count, Bytes a, Bytes b) {
   return {LANES_OPERATION(sub_epi8)(count.v, LANES_OPERATION(cmpgt_epi8)(a.v, b.v))};
@@ -88,6 +97,7 @@ BYTE_LANES_INLINE Bytes CountAbove(Bytes count, Bytes a, Bytes b) {
 BYTE_LANES_INLINE Bytes AddWhereAbove(Bytes sum, Bytes term, Bytes a, Bytes b) {
   return {LANES_OPERATION(add_epi8)(sum.v, LANES_REGISTER(and)(term.v, LANES_OPERATION(cmpgt_epi8)(a.v, b.v)))};
 }
+#endif
 
 BYTE_LANES_INLINE Words EveryWord(int value) {
   return {LANES_OPERATION(set1_epi16)(static_cast<short>(value))};
@@ -103,7 +113,11 @@ BYTE_LANES_INLINE Words operator*(Words a, Words b) {
 }
 /// The lanes of a where b is 0.
 BYTE_LANES_INLINE Words WhereZero(Words b, Words a) {
+#ifdef __AVX512BW__
+  return {_mm512_maskz_mov_epi16(_mm512_testn_epi16_mask(b.v, b.v), a.v)};
+#else
   return {LANES_REGISTER(and)(a.v, LANES_OPERATION(cmpeq_epi16)(b.v, LANES_REGISTER(setzero)()))};
+#endif
 }
 /// The bytes of a register as words, and words as bytes again, each cut to 0..255.
 BYTE_LANES_INLINE Words LowWords(Bytes a) {
@@ -116,6 +130,7 @@ BYTE_LANES_INLINE Bytes PackWords(Words low, Words high) {
   return {LANES_OPERATION(packus_epi16)(low.v, high.v)};
 }
 
+#ifndef __AVX512BW__
 /// p[2 i] = even[i], p[2 i + 1] = odd[i].
 BYTE_LANES_INLINE void StoreInterleaved(Bytes even, Bytes odd, uint8_t* p) {
   const Register low = LANES_OPERATION(unpacklo_epi8)(even.v, odd.v);
@@ -137,6 +152,7 @@ BYTE_LANES_INLINE void LoadInterleaved(const uint8_t* p, Bytes& even, Bytes& odd
   even.v = _mm256_permute4x64_epi64(even.v, 0xd8), odd.v = _mm256_permute4x64_epi64(odd.v, 0xd8);
 #endif
 }
+#endif
 
 /// Unsigned words as floats.
 BYTE_LANES_INLINE Floats LowFloats(Words a) {
@@ -185,33 +201,39 @@ BYTE_LANES_INLINE Words HighWords(ByteSums a) {
   return {LANES_OPERATION(unpackhi_epi16)(EvenSums(a).v, a.odd.v)};
 }
 
-/// What belongs to the words of the low and the high half of a register of bytes, from memory in the order of pixels.
-BYTE_LANES_INLINE Register LoadParts(const void* first, [[maybe_unused]] const void* second) {
-  const __m128i low = _mm_loadu_si128(static_cast<const __m128i*>(first));
-#ifdef __AVX2__
-  return _mm256_inserti128_si256(_mm256_castsi128_si256(low), _mm_loadu_si128(static_cast<const __m128i*>(second)), 1);
+/// The 16 bytes of every `pitch`, as many as a register holds.
+BYTE_LANES_INLINE Register LoadParts(const void* p, [[maybe_unused]] int pitch) {
+  const auto part = [=](int i) {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(static_cast<const char*>(p) + i * pitch));
+  };
+#ifdef __AVX512BW__
+  const __m512i first = _mm512_inserti32x4(_mm512_castsi128_si512(part(0)), part(1), 1);
+  return _mm512_inserti32x4(_mm512_inserti32x4(first, part(2), 2), part(3), 3);
+#elif defined(__AVX2__)
+  return _mm256_inserti128_si256(_mm256_castsi128_si256(part(0)), part(1), 1);
 #else
-  return low;
+  return part(0);
 #endif
 }
+/// What belongs to the low and the high words of a register of bytes, from memory in the order of pixels.
 BYTE_LANES_INLINE Words LoadLowWords(const uint16_t* p) {
-  return {LoadParts(p, p + 16)};
+  return {LoadParts(p, 32)};
 }
 BYTE_LANES_INLINE Words LoadHighWords(const uint16_t* p) {
-  return {LoadParts(p + 8, p + 24)};
+  return {LoadParts(p + 8, 32)};
 }
 /// The floats of one quarter of a register of bytes: those of the low and high half of its low words, then of its high.
 BYTE_LANES_INLINE Floats LoadQuarter(const float* p, int quarter) {
-  const float* const first = p + 4 * quarter;
-#ifdef __AVX2__
-  return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(first)), _mm_loadu_ps(first + 16), 1)};
-#else
-  return {_mm_loadu_ps(first)};
-#endif
+  return {LANES_FLOATS(LoadParts(p + 4 * quarter, 64))};
 }
 BYTE_LANES_INLINE void StoreQuarter(Floats a, float* p, int quarter) {
   float* const first = p + 4 * quarter;
-#ifdef __AVX2__
+#ifdef __AVX512BW__
+  _mm_storeu_ps(first, _mm512_castps512_ps128(a.v));
+  _mm_storeu_ps(first + 16, _mm512_extractf32x4_ps(a.v, 1));
+  _mm_storeu_ps(first + 32, _mm512_extractf32x4_ps(a.v, 2));
+  _mm_storeu_ps(first + 48, _mm512_extractf32x4_ps(a.v, 3));
+#elif defined(__AVX2__)
   _mm_storeu_ps(first, _mm256_castps256_ps128(a.v));
   _mm_storeu_ps(first + 16, _mm256_extractf128_ps(a.v, 1));
 #else
