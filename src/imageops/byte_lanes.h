@@ -25,19 +25,16 @@ using Register = __m512i;
 using FloatRegister = __m512;
 #define LANES_OPERATION(name) _mm512_##name
 #define LANES_REGISTER(name) _mm512_##name##_si512
-#define LANES_FLOATS _mm512_castsi512_ps
 #elif defined(__AVX2__)
 using Register = __m256i;
 using FloatRegister = __m256;
 #define LANES_OPERATION(name) _mm256_##name
 #define LANES_REGISTER(name) _mm256_##name##_si256
-#define LANES_FLOATS _mm256_castsi256_ps
 #else
 using Register = __m128i;
 using FloatRegister = __m128;
 #define LANES_OPERATION(name) _mm_##name
 #define LANES_REGISTER(name) _mm_##name##_si128
-#define LANES_FLOATS _mm_castsi128_ps
 #endif
 
 struct Bytes {
@@ -215,6 +212,20 @@ BYTE_LANES_INLINE Register LoadParts(const void* p, [[maybe_unused]] int pitch) 
   return part(0);
 #endif
 }
+BYTE_LANES_INLINE void StoreParts(Register a, void* p, [[maybe_unused]] int pitch) {
+  const auto part = [=](int i) { return reinterpret_cast<__m128i*>(static_cast<char*>(p) + i * pitch); };
+#ifdef __AVX512BW__
+  _mm_storeu_si128(part(0), _mm512_castsi512_si128(a));
+  _mm_storeu_si128(part(1), _mm512_extracti32x4_epi32(a, 1));
+  _mm_storeu_si128(part(2), _mm512_extracti32x4_epi32(a, 2));
+  _mm_storeu_si128(part(3), _mm512_extracti32x4_epi32(a, 3));
+#elif defined(__AVX2__)
+  _mm_storeu_si128(part(0), _mm256_castsi256_si128(a));
+  _mm_storeu_si128(part(1), _mm256_extracti128_si256(a, 1));
+#else
+  _mm_storeu_si128(part(0), a);
+#endif
+}
 /// What belongs to the low and the high words of a register of bytes, from memory in the order of pixels.
 BYTE_LANES_INLINE Words LoadLowWords(const uint16_t* p) {
   return {LoadParts(p, 32)};
@@ -222,39 +233,67 @@ BYTE_LANES_INLINE Words LoadLowWords(const uint16_t* p) {
 BYTE_LANES_INLINE Words LoadHighWords(const uint16_t* p) {
   return {LoadParts(p + 8, 32)};
 }
-/// The floats of one quarter of a register of bytes: those of the low and high half of its low words, then of its high.
-BYTE_LANES_INLINE Floats LoadQuarter(const float* p, int quarter) {
-  return {LANES_FLOATS(LoadParts(p + 4 * quarter, 64))};
+/// Sums over every eight bytes.
+struct EightSums {
+  Register v;
+};
+BYTE_LANES_INLINE EightSums NoEightSums() {
+  return {LANES_REGISTER(setzero)()};
 }
-BYTE_LANES_INLINE void StoreQuarter(Floats a, float* p, int quarter) {
-  float* const first = p + 4 * quarter;
-#ifdef __AVX512BW__
-  _mm_storeu_ps(first, _mm512_castps512_ps128(a.v));
-  _mm_storeu_ps(first + 16, _mm512_extractf32x4_ps(a.v, 1));
-  _mm_storeu_ps(first + 32, _mm512_extractf32x4_ps(a.v, 2));
-  _mm_storeu_ps(first + 48, _mm512_extractf32x4_ps(a.v, 3));
-#elif defined(__AVX2__)
-  _mm_storeu_ps(first, _mm256_castps256_ps128(a.v));
-  _mm_storeu_ps(first + 16, _mm256_extractf128_ps(a.v, 1));
+BYTE_LANES_INLINE EightSums operator+(EightSums a, EightSums b) {
+  return {LANES_OPERATION(add_epi64)(a.v, b.v)};
+}
+BYTE_LANES_INLINE EightSums SumsOfDistances(Bytes a, Bytes b) {
+  return {LANES_OPERATION(sad_epu8)(a.v, b.v)};
+}
+/// p[8 i + k] = sum i of sums[k].
+BYTE_LANES_INLINE void StoreFourSums(const EightSums* sums, uint32_t* p) {
+  const auto pair = [](EightSums a, EightSums b) {
+    return LANES_REGISTER(or)(a.v, LANES_OPERATION(slli_epi64)(b.v, 32));
+  };
+  const Register first = pair(sums[0], sums[1]), second = pair(sums[2], sums[3]);
+  StoreParts(LANES_OPERATION(unpacklo_epi64)(first, second), p, 64);
+  StoreParts(LANES_OPERATION(unpackhi_epi64)(first, second), p + 8, 64);
+}
+
+/// Of every eight bytes the first, eight times.
+BYTE_LANES_INLINE Bytes EveryEighth(Bytes a) {
+#ifdef __AVX2__
+  alignas(16) static constexpr uint8_t kFirsts[16] = {0, 0, 0, 0, 0, 0, 0, 0, 8, 8, 8, 8, 8, 8, 8, 8};
+  return {LANES_OPERATION(shuffle_epi8)(a.v, LoadParts(kFirsts, 0))};
 #else
-  _mm_storeu_ps(first, a.v);
+  __m128i v = _mm_and_si128(a.v, _mm_set1_epi64x(0xff));
+  v = _mm_or_si128(v, _mm_slli_epi64(v, 8));
+  v = _mm_or_si128(v, _mm_slli_epi64(v, 16));
+  return {_mm_or_si128(v, _mm_slli_epi64(v, 32))};
 #endif
 }
 
-/// Sums of the words of a register of bytes, in quarters.
-struct QuarterSums {
-  Floats quarters[4];
-
-  BYTE_LANES_INLINE_METHOD void Add(Words low, Words high) {
-    quarters[0] = quarters[0] + LowFloats(low);
-    quarters[1] = quarters[1] + HighFloats(low);
-    quarters[2] = quarters[2] + LowFloats(high);
-    quarters[3] = quarters[3] + HighFloats(high);
+/// Of every eight bytes the first so many, 1..8; the others are 0.
+class FirstOfEight {
+ public:
+  BYTE_LANES_INLINE_METHOD explicit FirstOfEight(int count) {
+#ifdef __AVX512BW__
+    mask_ = (0xffu >> (8 - count)) * 0x0101010101010101u;
+#else
+    const auto bytes = static_cast<long long>(~0ull >> (64 - 8 * count));
+    mask_ = LANES_OPERATION(set1_epi64x)(bytes);
+#endif
   }
+  BYTE_LANES_INLINE_METHOD Bytes LoadBytes(const uint8_t* p) const {
+#ifdef __AVX512BW__
+    return {_mm512_maskz_loadu_epi8(mask_, p)};
+#else
+    return {LANES_REGISTER(and)(mask_, KERNEL_TARGET::LoadBytes(p).v)};
+#endif
+  }
+
+ private:
+#ifdef __AVX512BW__
+  __mmask64 mask_;
+#else
+  Register mask_;
+#endif
 };
-BYTE_LANES_INLINE QuarterSums NoQuarterSums() {
-  const Floats none = EveryFloat(0.0f);
-  return {{none, none, none, none}};
-}
 
 }  // namespace quentara::KERNEL_TARGET

@@ -77,7 +77,7 @@ BytePlane DiamondMedianFilter(int radius, const BytePlane& plane) {
 FloatPlane DiamondDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians) {
   assert(radius >= 0 && SameSize(values, medians));
   FloatPlane result(values.rows(), values.cols());
-  if (PrefersDirectDiamondDeviation(radius, values.cols()))
+  if (PrefersDirectDiamondDeviation(radius))
     DiamondDeviationFromDirectSums(radius, values, medians, result);
   else
     DeviationFromHistograms(radius, values, medians, result);

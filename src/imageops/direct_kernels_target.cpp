@@ -89,51 +89,9 @@ void RangeMean(const WindowRow& row, const uint8_t* centre, int limit, const uin
   });
 }
 
-// sum of |v - m| = sum of v - n * m + 2 * sum of max(m - v, 0): the first from sums of columns, the last sample by
-// sample.
-__attribute__((noinline)) void DeviationOfBlock(const WindowRow& row, int x, const uint8_t* medians,
-                                                const uint16_t* columns, const float* sizes, float* out) {
-  const Bytes median = LoadBytes(medians);
-  QuarterSums below = NoQuarterSums(), all = below, levels = below;
-  const int mostRows = 257 / row.side;  // that 16-bit sums take
-  for (int y = 0; y < row.rows;) {
-    ByteSums distances = NoSums();
-    for (const int end = Smaller(y + mostRows, row.rows); y < end; ++y) {
-      const uint8_t* const line = row.samples + x + y * row.stride;
-#pragma GCC unroll 2
-      for (int tap = 0; tap < row.side; ++tap)
-        distances = distances + SaturatedDifference(median, LoadBytes(line + tap));
-    }
-    below.Add(LowWords(distances), HighWords(distances));
-  }
-  const int mostColumns = 257 / row.rows;
-  for (int tap = 0; tap < row.side;) {
-    Words low = EveryWord(0), high = EveryWord(0);
-    for (const int end = Smaller(tap + mostColumns, row.side); tap < end; ++tap)
-      low = low + LoadLowWords(columns + tap), high = high + LoadHighWords(columns + tap);
-    all.Add(low, high);
-  }
-  levels.Add(LowWords(median), HighWords(median));
-  for (int i = 0; i < 4; ++i) {
-    const Floats size = LoadQuarter(sizes, i), twice = below.quarters[i] + below.quarters[i];
-    StoreQuarter((all.quarters[i] + twice - size * levels.quarters[i]) / size, out, i);
-  }
-}
-
-void Deviation(const WindowRow& row, const uint8_t* medians, const uint16_t* columns, const float* sizes, float* out) {
-  ForBlocks(row.width, medians, out, [&](int x, const uint8_t* blockMedians, float* blockOut) {
-    DeviationOfBlock(row, x, blockMedians, columns + x, sizes + x, blockOut);
-  });
-}
-
-void MoveColumns(const uint8_t* __restrict entering, const uint8_t* __restrict leaving, uint16_t* __restrict columns,
-                 int width) {
-  for (int x = 0; x < width; ++x) columns[x] = static_cast<uint16_t>(columns[x] + entering[x] - leaving[x]);
-}
-
 }  // namespace
 
 extern const DirectKernels kDirectKernels;
-const DirectKernels kDirectKernels = {RangeMean, Deviation, MoveColumns};
+const DirectKernels kDirectKernels = {RangeMean};
 
 }  // namespace quentara::KERNEL_TARGET

@@ -24,29 +24,18 @@ WindowRow WindowsOf(WindowReach reach, const BytePlane& padded, int y, int width
   return {Row(padded, first), padded.stride(0), rows, 2 * reach.columns + 1, width};
 }
 
-// Calls visit(y, columns, sizes) for each row: see DirectKernels::deviation.
-template <class Visit>
-void ForColumnSums(WindowReach reach, const BytePlane& values, const Visit& visit) {
+// How many samples the windows of row y have, from those of the row above.
+void UpdateSizes(WindowReach reach, int y, const BytePlane& values, float* sizes) {
   const int height = values.rows(), width = values.cols();
-  Scratch<std::uint16_t> columns(RoomFor(width + 2 * reach.columns));
-  Scratch<unsigned char> zeros(RoomFor(width));
-  Scratch<float> sizes(RoomFor(width));
-  const auto rowOf = [&](int y) { return y >= 0 && y < height ? Row(values, y) : zeros.data(); };
-  for (int y = -reach.rows; y < height; ++y) {
-    ActiveKernels().direct.moveColumns(rowOf(y + reach.rows), rowOf(y - reach.rows - 1), columns.data() + reach.columns,
-                                       width);
-    if (y < 0) continue;
-    if (y <= reach.rows || y >= height - reach.rows)
-      for (int x = 0; x < width; ++x)
-        sizes[x] = static_cast<float>(ClippedExtent(y, reach.rows, height) * ClippedExtent(x, reach.columns, width));
-    visit(y, columns.data(), sizes.data());
-  }
+  if (y > reach.rows && y < height - reach.rows) return;
+  const int rows = ClippedExtent(y, reach.rows, height);
+  for (int x = 0; x < width; ++x) sizes[x] = static_cast<float>(rows * ClippedExtent(x, reach.columns, width));
 }
 
 }  // namespace
 
 BytePlane PadRows(const BytePlane& plane, int columns, unsigned char padding) {
-  BytePlane padded(plane.rows(), plane.cols() + 2 * columns + kMostByteLanes);
+  BytePlane padded(plane.rows(), plane.cols() + 2 * columns + kMostByteLanes + 8);
   padded = padding;
   for (int y = 0; y < plane.rows(); ++y) std::copy_n(Row(plane, y), plane.cols(), Row(padded, y) + columns);
   return padded;
@@ -81,11 +70,18 @@ void RangeMedianByBisection(WindowReach reach, const BytePlane& centre, const By
 }
 
 void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
-  const BytePlane padded(PadRows(values, reach.columns, 255));
-  ForColumnSums(reach, values, [&](int y, const std::uint16_t* columns, const float* sizes) {
-    ActiveKernels().direct.deviation(WindowsOf(reach, padded, y, values.cols()), Row(medians, y), columns, sizes,
-                                     Row(result, y));
-  });
+  const int height = values.rows(), width = values.cols(), side = 2 * reach.columns + 1;
+  const BytePlane padded(PadRows(values, reach.columns));
+  Scratch<float> sizes(static_cast<std::size_t>(width));
+  std::vector<WindowLine> lines;
+  for (int y = 0; y < height; ++y) {
+    UpdateSizes(reach, y, values, sizes.data());
+    lines.clear();
+    for (int row = std::max(y - reach.rows, 0); row <= std::min(y + reach.rows, height - 1); ++row)
+      lines.push_back({Row(padded, row), side});
+    ActiveKernels().distance.deviation({lines.data(), static_cast<int>(lines.size()), width}, Row(medians, y),
+                                       sizes.data(), Row(result, y));
+  }
 }
 
 void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
@@ -97,7 +93,14 @@ void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePl
   const auto quadOf = [&](int y) { return samples.data() + y % ring * pitch; };
   std::vector<const unsigned char*> quads;
   int loaded = 0;
-  ForColumnSums(reach, values, [&](int y, const std::uint16_t* columns, const float* sizes) {
+  Scratch<std::uint16_t> columns(static_cast<std::size_t>(width + 2 * reach.columns + kMostByteLanes));
+  Scratch<unsigned char> zeros(static_cast<std::size_t>(width));
+  Scratch<float> sizes(static_cast<std::size_t>(width));
+  const auto rowOf = [&](int y) { return y >= 0 && y < height ? Row(values, y) : zeros.data(); };
+  for (int y = -reach.rows; y < height; ++y) {
+    kernels.moveColumns(rowOf(y + reach.rows), rowOf(y - reach.rows - 1), columns.data() + reach.columns, width);
+    if (y < 0) continue;
+    UpdateSizes(reach, y, values, sizes.data());
     const int first = std::max(y - reach.rows, 0), end = std::min(y + reach.rows + 1, height);
     for (; loaded < end; ++loaded) {
       const unsigned char* rows[4];
@@ -106,9 +109,9 @@ void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePl
     }
     quads.clear();
     for (int row = first; row < end; row += 4) quads.push_back(quadOf(row));
-    kernels.deviation({quads.data(), end - first, 2 * reach.columns + 1, width}, Row(medians, y), columns, sizes,
-                      Row(result, y));
-  });
+    kernels.deviation({quads.data(), end - first, 2 * reach.columns + 1, width}, Row(medians, y), columns.data(),
+                      sizes.data(), Row(result, y));
+  }
 }
 
 }  // namespace quentara

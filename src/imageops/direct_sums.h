@@ -7,7 +7,7 @@
 
 namespace quentara {
 
-/// The plane with `columns` samples of padding before each row and as many and kMostByteLanes more behind it.
+/// The plane with `columns` samples of padding before each row and as many and kMostByteLanes + 8 more behind it.
 BytePlane PadRows(const BytePlane& plane, int columns, unsigned char padding = 0);
 
 /// result = the range mean, as range_mean_filter.h defines it, of windows and limits that `PrefersDirectMean` accepts.

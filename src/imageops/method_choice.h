@@ -10,8 +10,8 @@ namespace quentara {
 /// The largest window that a method takes; beyond it the filter goes through histograms.
 constexpr int kMostSamplesOfDirectMean = 17 * 17;       ///< range mean, square or line
 constexpr int kMostSamplesOfDirectDeviation = 23 * 23;  ///< mean deviation
-constexpr int kMostCountsOfBisection = 650;             ///< range median: samples, times how often each is counted
 constexpr int kMostSamplesOfQuadDeviation = 29 * 29;    ///< the same by quads
+constexpr int kMostCountsOfBisection = 650;             ///< range median: samples, times how often each is counted
 constexpr int kMostRadiusOfDirectDiamondDeviation = 20;
 
 /// Median by sorting networks, which need a plane that is larger than the window.
@@ -31,8 +31,8 @@ inline bool PrefersDiamondNetworks(int radius, int height, int width) {
   const int least = 2 * radius + kMostByteLanes;
   return radius >= 1 && radius <= kMostNetworkDiamond && height >= least && width >= least;
 }
-inline bool PrefersDirectDiamondDeviation(int radius, int width) {
-  return radius <= kMostRadiusOfDirectDiamondDeviation && width >= kMostByteLanes;
+inline bool PrefersDirectDiamondDeviation(int radius) {
+  return radius <= kMostRadiusOfDirectDiamondDeviation;
 }
 
 /// How often a range of 2 * limit + 1 values is halved until one is left.

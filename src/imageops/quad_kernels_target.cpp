@@ -39,6 +39,11 @@ void Interleave(const uint8_t* const* rows, uint8_t* quads, int width) {
   });
 }
 
+void MoveColumns(const uint8_t* __restrict entering, const uint8_t* __restrict leaving, uint16_t* __restrict columns,
+                 int width) {
+  for (int x = 0; x < width; ++x) columns[x] = static_cast<uint16_t>(columns[x] + entering[x] - leaving[x]);
+}
+
 // The sums of columns[x] .. columns[x + side - 1] for a block of pixels; 16 bits hold `most` columns.
 void AddColumns(const uint16_t* columns, int side, int most, __m512i* sums) {
   for (int tap = 0; tap < side;) {
@@ -95,6 +100,6 @@ void Deviation(const QuadRow& row, const uint8_t* medians, const uint16_t* colum
 }  // namespace
 
 extern const QuadKernels kQuadKernels;
-const QuadKernels kQuadKernels = {Interleave, Deviation};
+const QuadKernels kQuadKernels = {Interleave, MoveColumns, Deviation};
 
 }  // namespace quentara::KERNEL_TARGET

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <cstddef>
+#include <cstdlib>
 #include <vector>
 
 #include "imageops/diamond_window.h"
@@ -66,18 +67,20 @@ void DiamondMedianFromNetworks(int radius, const BytePlane& plane, BytePlane& re
 
 void DiamondDeviationFromDirectSums(int radius, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
   const int height = values.rows(), width = values.cols();
-  assert(width >= kMostByteLanes);
   const DiamondWindow window = {radius, height, width};
   const BytePlane padded(PadRows(values, radius));
-  Scratch<Sample> zeros(static_cast<std::size_t>(padded.cols()));
   Scratch<float> sizes(static_cast<std::size_t>(width));
-  std::vector<const Sample*> rows;
+  std::vector<WindowLine> lines;
   for (int y = 0; y < height; ++y) {
     if (y <= radius || y >= height - radius)
       for (int x = 0; x < width; ++x) sizes[x] = static_cast<float>(window.Size(y, x));
-    WindowRows(
-        radius, padded, y, [&](int) { return zeros.data(); }, rows);
-    ActiveKernels().diamond.deviation({rows.data(), radius, width}, Row(medians, y), sizes.data(), Row(result, y));
+    lines.clear();
+    for (int row = std::max(y - radius, 0); row <= std::min(y + radius, height - 1); ++row) {
+      const int cut = std::abs(row - y);
+      lines.push_back({Row(padded, row) + cut, 2 * (radius - cut) + 1});
+    }
+    ActiveKernels().distance.deviation({lines.data(), static_cast<int>(lines.size()), width}, Row(medians, y),
+                                       sizes.data(), Row(result, y));
   }
 }
 

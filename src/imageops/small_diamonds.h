@@ -12,7 +12,6 @@ namespace quentara {
 void DiamondMedianFromNetworks(int radius, const BytePlane& plane, BytePlane& result);
 
 /// result = the mean distance, as diamond_filters.h defines it.
-/// @param values  at least kMostByteLanes columns.
 void DiamondDeviationFromDirectSums(int radius, const BytePlane& values, const BytePlane& medians, FloatPlane& result);
 
 }  // namespace quentara

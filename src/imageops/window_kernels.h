@@ -87,13 +87,6 @@ struct DirectKernels {
   /// columns, and (2 * limit + 1) times the samples of a window <= 65535. The padding is 0; outside[x], up to a
   /// multiple of kMostByteLanes, is how many columns of it a window has.
   void (*rangeMean)(const WindowRow& row, const uint8_t* centre, int limit, const uint16_t* outside, uint8_t* out);
-  /// out[x] = the mean of |v - medians[x]| over the values v. The padding is 255; columns[x] .. columns[x + side - 1]
-  /// are the sums of the window's columns, 0 in the padding, and sizes[x] its number of samples, both of them up to a
-  /// multiple of kMostByteLanes. At most 257 rows.
-  void (*deviation)(const WindowRow& row, const uint8_t* medians, const uint16_t* columns, const float* sizes,
-                    float* out);
-  /// Takes a row of samples into sums of columns and another one out.
-  void (*moveColumns)(const uint8_t* entering, const uint8_t* leaving, uint16_t* columns, int width);
 };
 
 constexpr int kBisectedPixels = 64;   ///< that a kernel takes at a time
@@ -108,24 +101,6 @@ struct RangeMedianKernels {
                       uint8_t* out);
 };
 
-/// The windows of one row of pixels, four rows in turns: quads[i] has the samples of rows 4 i .. 4 i + 3 of the
-/// windows, column by column, from the first column of the first window on. Padding is 255.
-struct QuadRow {
-  const uint8_t* const* quads;
-  int rows;   ///< of the windows; what their last quad holds beyond them does not count
-  int side;   ///< columns of the windows
-  int width;  ///< pixels, kMostByteLanes or more
-};
-
-/// Sums over small windows by instructions that add up four bytes at a time.
-struct QuadKernels {
-  /// quads[4 * x + i] = rows[i][x], kMostByteLanes or more of each.
-  void (*interleave)(const uint8_t* const* rows, uint8_t* quads, int width);
-  /// As DirectKernels::deviation.
-  void (*deviation)(const QuadRow& row, const uint8_t* medians, const uint16_t* columns, const float* sizes,
-                    float* out);
-};
-
 /// The rows behind two rows of pixels, in tiles of 2 x 2 pixels. Tile t is pixels 2 t and 2 t + 1 of either row, and
 /// its windows take columns 2 t .. 2 t + 2 radius + 1 of the rows, which are padded on both sides.
 struct TileRow {
@@ -135,6 +110,47 @@ struct TileRow {
   uint8_t* upper;              ///< the two rows of medians
   uint8_t* lower;
   int pixels;  ///< in either of them
+};
+
+/// A line of the windows of one row of pixels: of pixel x it takes samples[x] .. samples[x + side - 1].
+/// kMostByteLanes + 8 more than the windows need can be read.
+struct WindowLine {
+  const uint8_t* samples;
+  int side;
+};
+struct WindowLines {
+  const WindowLine* lines;
+  int count;
+  int width;  ///< pixels
+};
+
+/// Mean distances, eight bytes at a time.
+struct DistanceKernels {
+  /// out[x] = the mean of |v - medians[x]| over the values v of the window of pixel x, sizes[x] of them; what its lines
+  /// have besides is padding of 0. At most 65535 samples.
+  void (*deviation)(const WindowLines& windows, const uint8_t* medians, const float* sizes, float* out);
+};
+
+/// The windows of one row of pixels, four rows in turns: quads[i] has the samples of rows 4 i .. 4 i + 3 of the
+/// windows, column by column, from the first column of the first window on. Padding is 255.
+struct QuadRow {
+  const uint8_t* const* quads;
+  int rows;   ///< of the windows; what their last quad holds beyond them does not count
+  int side;   ///< columns of the windows
+  int width;  ///< pixels, kMostByteLanes or more
+};
+
+/// Mean distances from a square or a line by instructions that add up four bytes at a time.
+struct QuadKernels {
+  /// quads[4 * x + i] = rows[i][x], kMostByteLanes or more of each.
+  void (*interleave)(const uint8_t* const* rows, uint8_t* quads, int width);
+  /// Takes a row of samples into sums of columns and another one out.
+  void (*moveColumns)(const uint8_t* entering, const uint8_t* leaving, uint16_t* columns, int width);
+  /// out[x] = the mean of |v - medians[x]| over the values v, sizes[x] of them in at most 257 rows. columns[x] ..
+  /// columns[x + side - 1] are the sums of the window's columns, 0 in the padding, up to kMostByteLanes behind the
+  /// last.
+  void (*deviation)(const QuadRow& row, const uint8_t* medians, const uint16_t* columns, const float* sizes,
+                    float* out);
 };
 
 /// The four rows behind two rows of pixels and their windows of 3 x 3.
@@ -191,9 +207,6 @@ constexpr int kMostNetworkDiamond = 7;
 struct DiamondKernels {
   /// By radius, from 1: out[x] = the median of the diamond.
   void (*median[kMostNetworkDiamond + 1])(const DiamondRow& row, uint8_t* out);
-  /// out[x] = the mean of |v - medians[x]| over the values v of the diamond, sizes[x] of them; the others are padding
-  /// of 0. The radius is at most 128.
-  void (*deviation)(const DiamondRow& row, const uint8_t* medians, const float* sizes, float* out);
 };
 
 /// A plane that lies with its first sample at (top, left) of a rotation's canvas.
@@ -216,6 +229,7 @@ struct WindowKernels {
   const ColumnKernels& columns;
   const HistogramKernels* histogram;  ///< [HistogramRow::tallColumns], and [kDiagonalKernels] for a step of 2
   const DirectKernels& direct;
+  const DistanceKernels& distance;
   const QuadKernels* quads;  ///< nullptr where there are no such instructions
   const RangeMedianKernels& rangeMedian;
   const MedianKernels& median;

@@ -8,6 +8,7 @@ namespace baseline {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
+extern const DistanceKernels kDistanceKernels;
 extern const RangeMedianKernels kRangeMedianKernels;
 extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
@@ -20,6 +21,7 @@ namespace avx2 {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
+extern const DistanceKernels kDistanceKernels;
 extern const RangeMedianKernels kRangeMedianKernels;
 extern const MedianKernels kMedianKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
@@ -32,6 +34,7 @@ namespace avx512 {
 extern const ColumnKernels kColumnKernels;
 extern const HistogramKernels kHistogramKernels[3];
 extern const DirectKernels kDirectKernels;
+extern const DistanceKernels kDistanceKernels;
 extern const QuadKernels kQuadKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 }  // namespace avx512
@@ -44,6 +47,7 @@ const WindowKernels plain = {"baseline",
                              baseline::kColumnKernels,
                              baseline::kHistogramKernels,
                              baseline::kDirectKernels,
+                             baseline::kDistanceKernels,
                              nullptr,
                              baseline::kRangeMedianKernels,
                              baseline::kMedianKernels,
@@ -56,6 +60,7 @@ const WindowKernels wide = {"avx2",
                             avx2::kColumnKernels,
                             avx2::kHistogramKernels,
                             avx2::kDirectKernels,
+                            avx2::kDistanceKernels,
                             nullptr,
                             avx2::kRangeMedianKernels,
                             avx2::kMedianKernels,
@@ -69,6 +74,7 @@ const WindowKernels widest = {"avx512",
                               avx512::kColumnKernels,
                               avx512::kHistogramKernels,
                               avx512::kDirectKernels,
+                              avx512::kDistanceKernels,
                               &avx512::kQuadKernels,
                               avx2::kRangeMedianKernels,
                               avx2::kMedianKernels,
