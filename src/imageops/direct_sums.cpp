@@ -32,6 +32,50 @@ void UpdateSizes(WindowReach reach, int y, const BytePlane& values, float* sizes
   for (int x = 0; x < width; ++x) sizes[x] = static_cast<float>(rows * ClippedExtent(x, reach.columns, width));
 }
 
+/// The samples behind a row of windows in fours: of four rows, for as many rows as a window spans, or of four columns.
+class QuadRows {
+ public:
+  QuadRows(WindowReach reach, const BytePlane& values)
+      : reach_(reach),
+        values_(values),
+        width_(values.cols() + 2 * reach.columns),
+        ring_(2 * reach.rows + 1),
+        samples_(static_cast<std::size_t>(width_ + 3)),
+        quads_(static_cast<std::size_t>((ring_ + 1) * 4 * width_)) {
+    std::fill_n(samples_.data(), width_ + 3, kPadding);
+    std::fill_n(quads_.data(), (ring_ + 1) * 4 * width_, kPadding);
+  }
+
+  void LoadUpTo(int y) {
+    for (; loaded_ <= y; ++loaded_) {
+      const unsigned char* rows[4];
+      for (int i = 0; i < 4; ++i) rows[i] = Row(values_, std::min(loaded_ + i, values_.rows() - 1));
+      ActiveKernels().quads->interleave(rows, Place(loaded_ % ring_) + 4 * reach_.columns, values_.cols());
+    }
+  }
+  // Rows y .. y + 3, the first of them loaded.
+  const unsigned char* RowsFrom(int y) { return Place(y % ring_); }
+  // Until the next call.
+  const unsigned char* ColumnsOf(int y) {
+    std::copy_n(Row(values_, y), values_.cols(), samples_.data() + reach_.columns);
+    const unsigned char* const shifted[] = {samples_.data(), samples_.data() + 1, samples_.data() + 2,
+                                            samples_.data() + 3};
+    ActiveKernels().quads->interleave(shifted, Place(ring_), width_);
+    return Place(ring_);
+  }
+
+ private:
+  static constexpr unsigned char kPadding = 255;
+
+  unsigned char* Place(int line) { return quads_.data() + line * std::ptrdiff_t{4} * width_; }
+
+  const WindowReach reach_;
+  const BytePlane& values_;
+  const int width_, ring_;
+  Scratch<unsigned char> samples_, quads_;
+  int loaded_ = 0;
+};
+
 }  // namespace
 
 BytePlane PadRows(const BytePlane& plane, int columns, unsigned char padding) {
@@ -85,32 +129,29 @@ void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const B
 }
 
 void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
-  const int height = values.rows(), width = values.cols(), ring = 2 * reach.rows + 1;
+  const int height = values.rows(), width = values.cols(), side = 2 * reach.columns + 1;
   const QuadKernels& kernels = *ActiveKernels().quads;
-  const std::ptrdiff_t pitch = 4 * (width + 2 * static_cast<std::ptrdiff_t>(reach.columns));
-  Scratch<unsigned char> samples(static_cast<std::size_t>(ring * pitch));
-  std::fill_n(samples.data(), ring * pitch, static_cast<unsigned char>(255));
-  const auto quadOf = [&](int y) { return samples.data() + y % ring * pitch; };
-  std::vector<const unsigned char*> quads;
-  int loaded = 0;
-  Scratch<std::uint16_t> columns(static_cast<std::size_t>(width + 2 * reach.columns + kMostByteLanes));
+  Scratch<std::uint16_t> columns(RoomFor(width + 2 * reach.columns));
   Scratch<unsigned char> zeros(static_cast<std::size_t>(width));
   Scratch<float> sizes(static_cast<std::size_t>(width));
   const auto rowOf = [&](int y) { return y >= 0 && y < height ? Row(values, y) : zeros.data(); };
+  QuadRows quads(reach, values);
+  std::vector<QuadLine> lines;
   for (int y = -reach.rows; y < height; ++y) {
     kernels.moveColumns(rowOf(y + reach.rows), rowOf(y - reach.rows - 1), columns.data() + reach.columns, width);
     if (y < 0) continue;
     UpdateSizes(reach, y, values, sizes.data());
-    const int first = std::max(y - reach.rows, 0), end = std::min(y + reach.rows + 1, height);
-    for (; loaded < end; ++loaded) {
-      const unsigned char* rows[4];
-      for (int i = 0; i < 4; ++i) rows[i] = Row(values, std::min(loaded + i, height - 1));
-      kernels.interleave(rows, quadOf(loaded) + 4 * reach.columns, width);
+    const int first = std::max(y - reach.rows, 0), rows = ClippedExtent(y, reach.rows, height);
+    quads.LoadUpTo(first + rows - 1);
+    lines.clear();
+    for (int i = 0; i + 1 < rows; i += 4) lines.push_back({quads.RowsFrom(first + i), side, 4, std::min(rows - i, 4)});
+    if (rows % 4 == 1) {  // the last row by itself, column by column in fours
+      const unsigned char* const last = quads.ColumnsOf(first + rows - 1);
+      lines.push_back({last, side / 4, 16, 4});
+      lines.push_back({last + side / 4 * 16, 1, 0, side % 4});
     }
-    quads.clear();
-    for (int row = first; row < end; row += 4) quads.push_back(quadOf(row));
-    kernels.deviation({quads.data(), end - first, 2 * reach.columns + 1, width}, Row(medians, y), columns.data(),
-                      sizes.data(), Row(result, y));
+    kernels.deviation({lines.data(), static_cast<int>(lines.size()), rows, side, width}, Row(medians, y),
+                      columns.data(), sizes.data(), Row(result, y));
   }
 }
 

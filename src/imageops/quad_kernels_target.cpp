@@ -70,21 +70,21 @@ void DeviationOfBlock(const QuadRow& row, int x, const uint8_t* medians, const u
     levels[i] = _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(medians + x + kLanes * i)));
     below[i] = all[i] = _mm512_setzero_si512();
   }
-  const int side = row.side;
-  for (int y = 0; y < row.rows; y += 4) {
-    // Of the last quad only the window's rows count: nothing lies below a median of 0.
-    const __mmask64 counted = row.rows - y >= 4 ? ~0ull : 0x1111111111111111ull * ((1ull << (row.rows - y)) - 1);
+  for (int line = 0; line < row.lineCount; ++line) {
+    // What does not count does not lie below a median of 0, either.
+    const QuadLine& quads = row.lines[line];
+    const __mmask64 counted = (0xfull >> (4 - quads.counted)) * 0x1111111111111111ull;
     __m512i quadMedians[kRegisters];
     for (int i = 0; i < kRegisters; ++i)
       quadMedians[i] =
           _mm512_maskz_shuffle_epi8(counted, levels[i], _mm512_set4_epi32(0x0c0c0c0c, 0x08080808, 0x04040404, 0));
-    const uint8_t* quads = row.quads[y / 4] + 4 * x;
-    for (int tap = 0; tap < side; ++tap, quads += 4)
+    const uint8_t* samples = quads.first + 4 * x;
+    for (int left = quads.count; left > 0; --left, samples += quads.step)
 #pragma GCC unroll 4
       for (int i = 0; i < kRegisters; ++i)
-        below[i] = _mm512_dpbusd_epi32(below[i], _mm512_subs_epu8(quadMedians[i], Load(quads + 64 * i)), ones);
+        below[i] = _mm512_dpbusd_epi32(below[i], _mm512_subs_epu8(quadMedians[i], Load(samples + 64 * i)), ones);
   }
-  AddColumns(columns + x, side, 257 / row.rows, all);
+  AddColumns(columns + x, row.side, 257 / row.rows, all);
   for (int i = 0; i < kRegisters; ++i) {
     const __m512 size = _mm512_loadu_ps(sizes + x + kLanes * i), depth = _mm512_cvtepi32_ps(below[i]);
     const __m512 rest = _mm512_mul_ps(size, _mm512_cvtepi32_ps(levels[i]));

@@ -131,13 +131,17 @@ struct DistanceKernels {
   void (*deviation)(const WindowLines& windows, const uint8_t* medians, const float* sizes, float* out);
 };
 
-/// The windows of one row of pixels, four rows in turns: quads[i] has the samples of rows 4 i .. 4 i + 3 of the
-/// windows, column by column, from the first column of the first window on. Padding is 255.
+/// Samples of the windows of one row of pixels, in fours: those of pixel x begin at first + 4 * x, the next four of its
+/// window lie `step` behind them. Of each four only the first `counted` belong to the window. Padding is 255.
+struct QuadLine {
+  const uint8_t* first;
+  int count, step, counted;
+};
 struct QuadRow {
-  const uint8_t* const* quads;
-  int rows;   ///< of the windows; what their last quad holds beyond them does not count
-  int side;   ///< columns of the windows
-  int width;  ///< pixels, kMostByteLanes or more
+  const QuadLine* lines;
+  int lineCount;
+  int rows, side;  ///< of the windows
+  int width;       ///< pixels, kMostByteLanes or more
 };
 
 /// Mean distances from a square or a line by instructions that add up four bytes at a time.
