@@ -24,6 +24,7 @@ ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, C
   row_.columns = counters_.From(0);
   row_.side = 2 * reach_.columns + 1;
   row_.tallColumns = MostRows(reach, values.rows()) > 127;
+  row_.mostSamples = MostRows(reach, values.rows()) * MostRows({reach.columns, 0}, values.cols());
 }
 
 void ColumnHistograms::StartStrip(int x, int width) {

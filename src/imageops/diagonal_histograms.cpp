@@ -4,6 +4,8 @@
 #include <cassert>
 #include <cstddef>
 
+#include "imageops/diamond_window.h"
+
 namespace quentara {
 namespace {
 
@@ -40,7 +42,8 @@ void DiagonalHistograms::StepTo(int d) {
 HistogramRow DiagonalHistograms::PixelsOf(int d, int& x) const {
   const Columns pixels = Crossing(d, u_, u_ + kStrip);
   x = pixels.first;
-  return {counters_.From(PlaceOf(2 * x + d - radius_)), 2 * radius_ + 1, pixels.end - pixels.first, false};
+  return {counters_.From(PlaceOf(2 * x + d - radius_)), 2 * radius_ + 1, pixels.end - pixels.first, false,
+          DiamondWindow::WholeSize(radius_)};
 }
 
 DiagonalHistograms::Columns DiagonalHistograms::Crossing(int d, int from, int end) const {

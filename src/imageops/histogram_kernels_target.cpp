@@ -134,8 +134,37 @@ class WeightsByDistance {
   int16_t weights_[255 + 511 + 256];
 };
 
+// Counts and sums of distances at once, the distances from the lowest value near a centre: their sum takes the lower 15
+// bits, and every sample takes 1 from the others.
+template <bool tall>
+void SmallRangeMean(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* __restrict out) {
+  const WeightsByDistance weights(limit, 0, [](int d) { return d - kBias; });
+  FineLevel<FineLanes, tall, 1, false> fine(row);
+  const Ranges ranges(centre, limit, row.width);
+  uint32_t totals[kMostPixels][4];  // of each, the sum counts, which may wrap
+  WalkRow(row.width, fine, ranges, [&](int x, const auto& segments) {
+    const int16_t* const weight = weights.Of(fine.first() * FineLanes::kCount, centre[x]);
+    FineProducts sum = FineProducts::None();
+    ForSegments(segments, [&](FineLanes counters, int s) {
+      sum = AddProducts(sum, counters, FineLanes::Load(weight + FineLanes::kCount * s));
+    });
+    StoreQuarters(sum, totals[x]);
+  });
+  for (int x = 0, width = row.width; x < width; ++x) {
+    // Each of the counters lacks the bias.
+    const int lowest = ranges.lowest[x], highest = ranges.highest[x], values = highest - lowest + 1;
+    const int first = centre[x] - limit;
+    const auto twiceAllDistances = static_cast<uint32_t>((lowest + highest - 2 * first) * values);
+    const uint32_t lacking = kBias / 2 * twiceAllDistances - (uint32_t{kBias} * kBias) * static_cast<uint32_t>(values);
+    const int total = static_cast<int>(totals[x][0] + totals[x][1] + totals[x][2] + totals[x][3] + lacking);
+    const int count = -(total >> 15), sum = (total & (kBias - 1)) + first * count;
+    out[x] = static_cast<uint8_t>(static_cast<int>(static_cast<float>(sum) / static_cast<float>(count) + 0.5f));
+  }
+}
+
 template <bool tall>
 void RangeMean(const HistogramRow& row, const uint8_t* centre, int limit, uint8_t* __restrict out) {
+  if (2 * limit * row.mostSamples < kBias) return SmallRangeMean<tall>(row, centre, limit, out);
   const WeightsByDistance depths(limit, 0, [](int d) { return d + 1; }), presence(limit, 0, [](int) { return 1; });
   FineLevel<FineLanes, tall, 1, false> fine(row);
   const Ranges ranges(centre, limit, row.width);

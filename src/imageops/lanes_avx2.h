@@ -91,6 +91,10 @@ LANES_FUNCTION int SmallestOfLargest(Lanes counts, Lanes values) {
   const __m128i least = _mm_min_epi16(_mm256_castsi256_si128(kept), _mm256_extracti128_si256(kept, 1));
   return _mm_extract_epi16(_mm_minpos_epu16(least), 0);
 }
+/// A sum of lanes in four parts.
+LANES_FUNCTION void StoreQuarters(WideLanes a, uint32_t* p) {
+  StoreHalved(a.v, p);
+}
 /// Two sums of lanes, each in two parts: those of a in p[0] and p[2], those of b in p[1] and p[3].
 LANES_FUNCTION void StoreTotals(WideLanes a, WideLanes b, uint32_t* p) {
   StoreHalved(_mm256_add_epi32(_mm256_unpacklo_epi32(a.v, b.v), _mm256_unpackhi_epi32(a.v, b.v)), p);

@@ -60,6 +60,9 @@ struct FineProducts {
 LANES_FUNCTION FineProducts AddProducts(FineProducts sums, FineLanes a, FineLanes b) {
   return {_mm512_dpwssd_epi32(sums.v, a.v, b.v)};
 }
+LANES_FUNCTION void StoreQuarters(FineProducts a, uint32_t* p) {
+  StoreHalved(_mm256_add_epi32(_mm512_castsi512_si256(a.v), _mm512_extracti64x4_epi64(a.v, 1)), p);
+}
 LANES_FUNCTION void StoreTotals(FineProducts a, FineProducts b, uint32_t* p) {
   const __m512i pairs = _mm512_add_epi32(_mm512_unpacklo_epi32(a.v, b.v), _mm512_unpackhi_epi32(a.v, b.v));
   StoreHalved(_mm256_add_epi32(_mm512_castsi512_si256(pairs), _mm512_extracti64x4_epi64(pairs, 1)), p);

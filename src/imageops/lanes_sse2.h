@@ -113,6 +113,10 @@ LANES_FUNCTION WideLanes AddProducts(WideLanes sums, Lanes a, Lanes b) {
 LANES_FUNCTION __m128i Halved(WideLanes a) {
   return _mm_add_epi32(a.low, a.high);
 }
+/// A sum of lanes in four parts.
+LANES_FUNCTION void StoreQuarters(WideLanes a, uint32_t* p) {
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(p), Halved(a));
+}
 /// Two sums of lanes, each in two parts: those of a in p[0] and p[2], those of b in p[1] and p[3].
 LANES_FUNCTION void StoreTotals(WideLanes a, WideLanes b, uint32_t* p) {
   const __m128i first = Halved(a), second = Halved(b);

@@ -8,7 +8,7 @@
 namespace quentara {
 
 /// The largest window that a method takes; beyond it the filter goes through histograms.
-constexpr int kMostSamplesOfDirectMean = 17 * 17;       ///< range mean, square or line
+constexpr int kMostSamplesOfDirectMean = 15 * 15;       ///< range mean, square or line
 constexpr int kMostSamplesOfDirectDeviation = 23 * 23;  ///< mean deviation
 constexpr int kMostSamplesOfQuadDeviation = 29 * 29;    ///< the same by quads
 constexpr int kMostCountsOfBisection = 650;             ///< range median: samples, times how often each is counted

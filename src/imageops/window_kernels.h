@@ -40,6 +40,7 @@ struct HistogramRow {
   int side;          ///< the window of pixel x is columns step * x .. step * x + side - 1
   int width;         ///< pixels in the row; step * width + side columns are there to be read
   bool tallColumns;  ///< a column may have more than 127 samples
+  int mostSamples;   ///< of a window
 };
 
 /// The upkeep of column histograms.
