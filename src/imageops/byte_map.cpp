@@ -45,6 +45,15 @@ BytePlane MapBytes(const ByteMap& map, const BytePlane& plane) {
   return mapped;
 }
 
+ChannelSet MapBytes(const ByteMap& map, const ChannelSet& picture) {
+  ChannelSet mapped(picture.mode(), picture.width(), picture.height());
+  ForSampleBands(picture.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    for (int i = 0; i < static_cast<int>(picture.channelCount()); ++i)
+      MapRun(map, picture.planes(i).data() + first, mapped.planes(i).data() + first, count);
+  });
+  return mapped;
+}
+
 void MapBytesOf(ChannelSet& picture, const ByteMap& map) {
   ForSampleBands(picture.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
     for (int i = 0; i < static_cast<int>(picture.channelCount()); ++i) {

@@ -32,7 +32,8 @@ ByteMap NegativeMap();
 /// result(y, x) = map[plane(y, x)].
 BytePlane MapBytes(const ByteMap& map, const BytePlane& plane);
 
-/// Maps every plane of `picture` in place.
+/// The same for every plane of a picture, or in place.
+ChannelSet MapBytes(const ByteMap& map, const ChannelSet& picture);
 void MapBytesOf(ChannelSet& picture, const ByteMap& map);
 
 }  // namespace quentara

@@ -47,6 +47,22 @@ Tones TonesOfPlane(const BytePlane& plane) {
   return {static_cast<float>(median), static_cast<float>(spread)};
 }
 
+// Of the samples at some points. Which worker counts a point does not matter.
+Histogram HistogramAt(const PointList& points, const BytePlane& plane) {
+  std::vector<Histogram> parts(static_cast<std::size_t>(std::max(Plugin::ThreadCount(), 1)), Histogram{});
+  RunInWorkers(static_cast<int>(parts.size()), [&](int index, int count) {
+    const auto first = [&](int worker) {
+      return points.size() * static_cast<std::size_t>(worker) / static_cast<std::size_t>(count);
+    };
+    Histogram histogram{};
+    for (std::size_t i = first(index); i < first(index + 1); ++i) ++histogram[plane.data()[points[i]]];
+    parts[static_cast<std::size_t>(index)] = histogram;
+  });
+  for (std::size_t part = 1; part < parts.size(); ++part)
+    for (std::size_t value = 0; value < parts[0].size(); ++value) parts[0][value] += parts[part][value];
+  return parts[0];
+}
+
 }  // namespace
 
 PointList SkinPointList(const BytePlane& red, const BytePlane& green, const BytePlane& blue) {
@@ -70,13 +86,17 @@ PointList SkinPointList(const BytePlane& red, const BytePlane& green, const Byte
   return std::move(lists[0]);
 }
 
+float MedianTone(const PointList& points, const BytePlane& plane) {
+  assert(plane.numElements() > 0);
+  if (points.empty()) return TonesOfPlane(plane).median;
+  return static_cast<float>(LowerMedian(HistogramAt(points, plane)));
+}
+
 Tones ToneLevels(const PointList& points, const BytePlane& plane) {
   assert(plane.numElements() > 0);
   if (points.empty()) return TonesOfPlane(plane);
   const unsigned char* const samples = plane.data();
-  Histogram histogram{};
-  for (const int point : points) ++histogram[samples[point]];
-  const int median = LowerMedian(histogram);
+  const int median = LowerMedian(HistogramAt(points, plane));
   float sum = 0.0f;
   for (const int point : points) sum += static_cast<float>(std::abs(samples[point] - median));
   return {static_cast<float>(median), sum / static_cast<float>(points.size())};

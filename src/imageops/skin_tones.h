@@ -30,4 +30,7 @@ struct Tones {
 /// @param plane  not empty.
 Tones ToneLevels(const PointList& points, const BytePlane& plane);
 
+/// The median alone.
+float MedianTone(const PointList& points, const BytePlane& plane);
+
 }  // namespace quentara

@@ -27,12 +27,10 @@ Ink InkLevels(float sensitivity, float strength) {
 
 ChannelSet ToneToLevel(float level, const PointList& skinPoints, const ChannelSet& image) {
   assert(image.HasMode("RGB"));
-  ChannelSet bent = image;
-  const float median = ToneLevels(skinPoints, LumaPlane601(image)).median;
-  if (median == 255.0f) return bent;
+  const float median = MedianTone(skinPoints, LumaPlane601(image));
+  if (median == 255.0f) return image;
   const float exponent = Log(std::max(level, 1e-8f) / 255.0f) / (Log(median) - Log(255.0f));
-  MapBytesOf(bent, PowerMap(static_cast<double>(exponent)));
-  return bent;
+  return MapBytes(PowerMap(static_cast<double>(exponent)), image);
 }
 
 ChannelSet InkTones(float level, const PointList& skinPoints, const BlurSettings* blur, const ChannelSet& source) {

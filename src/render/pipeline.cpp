@@ -1,6 +1,7 @@
 #include "render/pipeline.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <optional>
 
@@ -8,6 +9,7 @@
 #include "imageops/luma.h"
 #include "imageops/skin_tones.h"
 #include "outlines/tint_foreground.h"
+#include "render/bands.h"
 #include "render/lighter_step.h"
 #include "render/outline_steps.h"
 #include "render/paint_steps.h"
@@ -25,7 +27,9 @@ using Buffer = std::unique_ptr<unsigned char, FreeBuffer>;
 
 Buffer CopyOut(const BytePlane& plane) {
   Buffer buffer(static_cast<unsigned char*>(Plugin::Allocate(plane.numElements())));
-  std::copy_n(plane.data(), plane.numElements(), buffer.get());
+  ForSampleBands(plane, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    std::copy_n(plane.data() + first, count, buffer.get() + first);
+  });
   return buffer;
 }
 
@@ -41,7 +45,7 @@ class FrameRender {
       : settings_(settings),
         source_(ChannelSet::Wrap("RGB", settings.frame.width, settings.frame.height,
                                  {settings.frame.red, settings.frame.green, settings.frame.blue})),
-        work_(source_),
+        work_("", 0, 0),
         outlineSource_(&source_) {}
 
   FrameBuffers Run() {
@@ -71,7 +75,10 @@ class FrameRender {
   }
 
   void BlurSource() {
-    if (settings_.mainBlur == nullptr) return;
+    if (settings_.mainBlur == nullptr) {
+      work_ = source_;
+      return;
+    }
     const bool inColor = (Detail(settings_) && !Tinted(settings_)) || Lit(settings_);
     work_ = BlurImage(*settings_.mainBlur, inColor ? ChannelMode : LumaMode, source_);
     if (!settings_.useMainBlur || OutlineViewOf(settings_) == OutlineView::None) return;
@@ -88,7 +95,7 @@ class FrameRender {
 
   const RenderSettings& settings_;
   const ChannelSet source_;
-  ChannelSet work_;
+  ChannelSet work_;  ///< none before the main blur
   FrameTones tones_;
   std::optional<BytePlane> crackleLines_;
   std::optional<ChannelSet> outlineBlurred_;
