@@ -30,8 +30,14 @@ int main(int argc, char** argv) {
   std::optional<quentara::KernelScope> kernels;
   constexpr std::string_view kKernels = "--kernels=";
   if (argc == 2 && std::string_view(argv[1]).substr(0, kKernels.size()) == kKernels) {
+    const std::string_view name = std::string_view(argv[1]).substr(kKernels.size());
     for (const quentara::WindowKernels* set : quentara::RunnableKernels())
-      if (set->name == std::string_view(argv[1]).substr(kKernels.size())) kernels.emplace(*set), argc = 1;
+      if (set->name == name) kernels.emplace(*set);
+    if (!kernels) {
+      std::cerr << "quentara_bench: this processor runs no kernels called '" << name << "'\n";
+      return 2;
+    }
+    argc = 1;
   }
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   benchmark::RunSpecifiedBenchmarks();

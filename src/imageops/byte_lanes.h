@@ -161,9 +161,6 @@ BYTE_LANES_INLINE Floats HighFloats(Words a) {
 BYTE_LANES_INLINE Floats operator+(Floats a, Floats b) {
   return {LANES_OPERATION(add_ps)(a.v, b.v)};
 }
-BYTE_LANES_INLINE Floats operator-(Floats a, Floats b) {
-  return {LANES_OPERATION(sub_ps)(a.v, b.v)};
-}
 BYTE_LANES_INLINE Floats operator*(Floats a, Floats b) {
   return {LANES_OPERATION(mul_ps)(a.v, b.v)};
 }

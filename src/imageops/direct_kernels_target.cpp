@@ -12,10 +12,9 @@ int Smaller(int a, int b) {
 }
 
 // Calls block(x, levels + x, out + x) for registers of pixels, the last of them through memory that holds a whole one.
-template <class Result, class Block>
-BYTE_LANES_INLINE void ForBlocks(int width, const uint8_t* levels, Result* out, const Block& block) {
-  uint8_t lastLevels[kByteLanes] = {};
-  Result lastOut[kByteLanes];
+template <class Block>
+BYTE_LANES_INLINE void ForBlocks(int width, const uint8_t* levels, uint8_t* out, const Block& block) {
+  uint8_t lastLevels[kByteLanes] = {}, lastOut[kByteLanes];
   for (int x = 0; x < width; x += kByteLanes) {
     const bool whole = x + kByteLanes <= width;
     if (!whole)
