@@ -132,7 +132,7 @@ void Host::RunOnHostThreads(Task task, void* data, int count) {
 void Host::RunOnOwnThreads(Task task, void* data, int count) {
   TaskRun run{*this, task, data, count};
   int last = kFinished;
-  for (const int code : quentara::platform::RunThreads(RunOwnThread, &run, count))
+  for (const int code : ownThreads_.Run(RunOwnThread, &run, count))
     if (code != kFinished) last = code;
   if (last == kOutOfMemory) throw std::bad_alloc();
   if (last == kStopped) throw Interrupted();

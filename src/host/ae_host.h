@@ -7,6 +7,7 @@
 #include "AE_Effect.h"
 #include "AE_EffectCB.h"
 #include "host/errors.h"
+#include "platform/worker_threads.h"
 
 namespace Nivra::Host::AE {
 
@@ -60,6 +61,7 @@ class Host {
 
   PF_InData* const inData_;
   int threadCount_ = 0;
+  quentara::platform::WorkerThreads ownThreads_;  ///< where the host offers none
   std::atomic<PF_Err> pendingError_{PF_Err_NONE};
 };
 

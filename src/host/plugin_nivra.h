@@ -107,7 +107,7 @@ class HostNivra : public Host {
   }
 
   NativeHost* const host_;
-  quentara::platform::CriticalSection memoryLock_;
+  quentara::platform::Monitor memoryLock_;
   bool inThread_ = false;
 };
 

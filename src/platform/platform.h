@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 namespace quentara::platform {
 
@@ -14,13 +13,25 @@ int ProcessorCount();
 /// The high-resolution clock, in ticks since some moment of the past.
 std::uint64_t ClockTicks();
 
-/// The function of a thread; its result is the thread's exit code. It lets no exception out.
-using ThreadBody = int (*)(void* data, int index);
+/// A thread from its construction to its destruction, which waits for its end.
+class Thread {
+ public:
+  /// It lets no exception out.
+  using Body = void (*)(void* data);
 
-/// Runs body(data, index) at the same time for every index 0 .. count - 1 and waits for all of them. Index 0 stays on
-/// the calling thread, the only one that may talk to the host.
-/// @return the exit codes by index. @throws std::bad_alloc before anything has run
-std::vector<int> RunThreads(ThreadBody body, void* data, int count);
+  /// Begins body(data). @throws std::bad_alloc when there is no thread to be had.
+  Thread(Body body, void* data);
+  ~Thread();
+  Thread(const Thread&) = delete;
+  Thread& operator=(const Thread&) = delete;
+
+ private:
+  struct Native;
+  const std::unique_ptr<Native> native_;
+};
+
+/// Lets another thread have the processor, if one waits for it.
+void GiveWay();
 
 /// A pointer of each thread's own, null at first. A slot of the system's, not the compiler's thread-local storage: a
 /// static one is gone without a trace when the library is unloaded.
@@ -39,13 +50,17 @@ class ThreadPointer {
   std::uint32_t slot_;
 };
 
-/// A lock for short stretches, for std::lock_guard.
-class CriticalSection {
+/// A lock for short stretches, for std::lock_guard. Whoever holds it may wait for what others do under it.
+class Monitor {
  public:
-  CriticalSection();
-  ~CriticalSection();
+  Monitor();
+  ~Monitor();
   void lock();
   void unlock();
+
+  /// Gives the lock up until `NotifyAll` is called, or for no reason, and takes it again.
+  void Wait();
+  void NotifyAll();
 
  private:
   struct Native;

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <exception>
+#include <condition_variable>
 #include <mutex>
 #include <new>
+#include <system_error>
 #include <thread>
 
 #include "platform/platform.h"
@@ -19,21 +20,24 @@ std::uint64_t ClockTicks() {
   return static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
 }
 
-std::vector<int> RunThreads(ThreadBody body, void* data, int count) {
-  std::vector<int> codes(static_cast<std::size_t>(count));
-  std::vector<std::thread> threads(codes.size());
-  const auto run = [&](std::size_t index) { codes[index] = body(data, static_cast<int>(index)); };
-  for (std::size_t index = 1; index < codes.size(); ++index) {
-    try {
-      threads[index] = std::thread(run, index);
-    } catch (const std::exception&) {
-      run(index);  // No thread to be had: the work is done all the same.
-    }
+struct Thread::Native {
+  std::thread thread;
+};
+
+Thread::Thread(Body body, void* data) : native_(std::make_unique<Native>()) {
+  try {
+    native_->thread = std::thread(body, data);
+  } catch (const std::system_error&) {
+    throw std::bad_alloc();
   }
-  run(0);
-  for (std::thread& thread : threads)
-    if (thread.joinable()) thread.join();
-  return codes;
+}
+
+Thread::~Thread() {
+  native_->thread.join();
+}
+
+void GiveWay() {
+  std::this_thread::yield();
 }
 
 ThreadPointer::ThreadPointer() {
@@ -53,20 +57,31 @@ void ThreadPointer::Set(const void* pointer) {
   pthread_setspecific(slot_, pointer);
 }
 
-struct CriticalSection::Native {
+struct Monitor::Native {
   std::mutex mutex;
+  std::condition_variable changed;
 };
 
-CriticalSection::CriticalSection() : native_(std::make_unique<Native>()) {}
+Monitor::Monitor() : native_(std::make_unique<Native>()) {}
 
-CriticalSection::~CriticalSection() = default;
+Monitor::~Monitor() = default;
 
-void CriticalSection::lock() {
+void Monitor::lock() {
   native_->mutex.lock();
 }
 
-void CriticalSection::unlock() {
+void Monitor::unlock() {
   native_->mutex.unlock();
+}
+
+void Monitor::Wait() {
+  std::unique_lock held(native_->mutex, std::adopt_lock);
+  native_->changed.wait(held);
+  held.release();
+}
+
+void Monitor::NotifyAll() {
+  native_->changed.notify_all();
 }
 
 }  // namespace quentara::platform

@@ -11,20 +11,6 @@ void __freeres();  // of the C++ run-time library: frees the memory that it keep
 }
 
 namespace quentara::platform {
-namespace {
-
-struct ThreadStart {
-  ThreadBody body;
-  void* data;
-  int index;
-};
-
-unsigned __stdcall RunThread(void* start) {
-  const ThreadStart& thread = *static_cast<const ThreadStart*>(start);
-  return static_cast<unsigned>(thread.body(thread.data, thread.index));
-}
-
-}  // namespace
 
 int ProcessorCount() {
   SYSTEM_INFO info;
@@ -38,25 +24,30 @@ std::uint64_t ClockTicks() {
   return static_cast<std::uint64_t>(ticks.QuadPart);
 }
 
-std::vector<int> RunThreads(ThreadBody body, void* data, int count) {
-  std::vector<int> codes(static_cast<std::size_t>(count));
-  std::vector<ThreadStart> starts(codes.size());
-  std::vector<HANDLE> threads(codes.size());
-  for (std::size_t i = 0; i < codes.size(); ++i) starts[i] = {body, data, static_cast<int>(i)};
-  for (std::size_t i = 1; i < codes.size(); ++i) {
-    threads[i] = reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, RunThread, &starts[i], 0, nullptr));
-    if (threads[i] == nullptr) codes[i] = body(data, starts[i].index);  // No thread to be had: the work is done here.
+struct Thread::Native {
+  Body body;
+  void* data;
+  HANDLE handle;
+
+  static unsigned __stdcall Run(void* native) {
+    const auto& thread = *static_cast<const Native*>(native);
+    thread.body(thread.data);
+    return 0;
   }
-  codes[0] = body(data, 0);
-  for (std::size_t i = 1; i < codes.size(); ++i) {
-    if (threads[i] == nullptr) continue;
-    DWORD code = 0;
-    WaitForSingleObject(threads[i], INFINITE);
-    GetExitCodeThread(threads[i], &code);
-    CloseHandle(threads[i]);
-    codes[i] = static_cast<int>(code);
-  }
-  return codes;
+};
+
+Thread::Thread(Body body, void* data) : native_(new Native{body, data, nullptr}) {
+  native_->handle = reinterpret_cast<HANDLE>(_beginthreadex(nullptr, 0, Native::Run, native_.get(), 0, nullptr));
+  if (native_->handle == nullptr) throw std::bad_alloc();
+}
+
+Thread::~Thread() {
+  WaitForSingleObject(native_->handle, INFINITE);
+  CloseHandle(native_->handle);
+}
+
+void GiveWay() {
+  SwitchToThread();
 }
 
 // Static slots come and go with the library: its DllMain, the run-time library's, runs static initialisers when the
@@ -77,24 +68,33 @@ void ThreadPointer::Set(const void* pointer) {
   TlsSetValue(slot_, const_cast<void*>(pointer));
 }
 
-struct CriticalSection::Native {
+struct Monitor::Native {
   CRITICAL_SECTION section;
+  CONDITION_VARIABLE changed = CONDITION_VARIABLE_INIT;
 };
 
-CriticalSection::CriticalSection() : native_(std::make_unique<Native>()) {
+Monitor::Monitor() : native_(std::make_unique<Native>()) {
   InitializeCriticalSection(&native_->section);
 }
 
-CriticalSection::~CriticalSection() {
+Monitor::~Monitor() {
   DeleteCriticalSection(&native_->section);
 }
 
-void CriticalSection::lock() {
+void Monitor::lock() {
   EnterCriticalSection(&native_->section);
 }
 
-void CriticalSection::unlock() {
+void Monitor::unlock() {
   LeaveCriticalSection(&native_->section);
+}
+
+void Monitor::Wait() {
+  SleepConditionVariableCS(&native_->changed, &native_->section, INFINITE);
+}
+
+void Monitor::NotifyAll() {
+  WakeAllConditionVariable(&native_->changed);
 }
 
 }  // namespace quentara::platform

@@ -4,8 +4,6 @@
 #include <new>
 #include <vector>
 
-#include "platform/platform.h"
-
 namespace quentara {
 
 void* StandaloneHost::Allocate(std::size_t bytes) {
@@ -47,7 +45,7 @@ void StandaloneHost::RunWorkers(Plugin::Worker worker, void* data, int count) {
     }
   };
   const auto body = [](void* runs, int index) { return (*static_cast<decltype(run)*>(runs))(index), 0; };
-  platform::RunThreads(body, &run, count);
+  workers_.Run(body, &run, count);
   for (const std::exception_ptr& failure : failures)
     if (failure) std::rethrow_exception(failure);
 }

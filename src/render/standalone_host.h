@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "platform/worker_threads.h"
 #include "render/plugin_host.h"
 
 namespace quentara {
@@ -24,6 +25,7 @@ class StandaloneHost : public Plugin::Host {
  private:
   const int offered_;
   int override_ = 0;
+  platform::WorkerThreads workers_;
 };
 
 }  // namespace quentara
