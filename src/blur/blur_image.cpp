@@ -20,7 +20,7 @@ int PassCount(const BlurSettings& settings) {
 ChannelSet BlurImage(const BlurSettings& settings, BlurMode mode, const ChannelSet& image) {
   assert(settings.type != BlurType::None);
   if (mode == LumaMode && image.HasMode("RGB")) {
-    const ChannelSet luma("L", image.width(), image.height(), LumaPlane709(image));
+    const ChannelSet luma(LumaImage709(image));
     return ReplaceLuma(image, luma.planes(0), BlurImage(settings, ChannelMode, luma).planes(0));
   }
   if (settings.type == BlurType::Supersmart)
@@ -28,12 +28,12 @@ ChannelSet BlurImage(const BlurSettings& settings, BlurMode mode, const ChannelS
 
   RangePass pass{0, settings.quality == kHigh, settings.radius, settings.thresh,
                  BandCount(static_cast<int>(image.height()), settings.radius)};
-  ChannelSet blurred = image;
+  ChannelSet blurred(BlankLike(image, image.height(), image.width()));
   for (; pass.index < PassCount(settings); ++pass.index) {
     for (int i = 0; i < static_cast<int>(image.channelCount()); ++i) {
-      BytePlane& values = blurred.planes(i);
+      const BytePlane& values = pass.index == 0 ? image.planes(i) : blurred.planes(i);
       const BytePlane& centre = settings.type == BlurType::Box ? values : image.planes(i);
-      values.reference(RangeMeanPass(pass, centre, values));
+      blurred.planes(i).reference(RangeMeanPass(pass, centre, values));
     }
     Plugin::CheckStop();
   }

@@ -110,6 +110,12 @@ BytePlane LumaPlane601(const ChannelSet& picture) {
   return luma;
 }
 
+ChannelSet LumaImage709(const ChannelSet& picture) {
+  ChannelSet luma("L", picture.width(), picture.height());
+  FillLuma(kBt709, picture, luma.planes(0));
+  return luma;
+}
+
 ChannelSet LumaImage601(const ChannelSet& picture) {
   ChannelSet luma("L", picture.width(), picture.height());
   FillLuma(kBt601, picture, luma.planes(0));

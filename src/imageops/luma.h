@@ -6,10 +6,11 @@
 namespace quentara {
 
 /// BT.709 luma: trunc(0.2126 * R + 0.7152 * G + 0.0722 * B + 0.5), in single precision and this order of terms. For a
-/// picture that is not "RGB", a copy of plane 0.
+/// picture that is not "RGB", a copy of plane 0. As a plane, or as an "L" picture.
 BytePlane LumaPlane709(const ChannelSet& picture);
+ChannelSet LumaImage709(const ChannelSet& picture);
 
-/// BT.601 luma: trunc(0.299 * R + 0.587 * G + 0.114 * B + 0.5), otherwise the same; as a plane, or as an "L" picture.
+/// BT.601 luma: trunc(0.299 * R + 0.587 * G + 0.114 * B + 0.5), otherwise the same.
 BytePlane LumaPlane601(const ChannelSet& picture);
 ChannelSet LumaImage601(const ChannelSet& picture);
 

@@ -60,13 +60,15 @@ class DiagonalSquare {
         there_(side_, side_, 45.0f),
         back_(side_, side_, -45.0f),
         framed_(height_ + 2, width_ + 2) {
-    for (int y = 0; y < framed_.rows(); ++y) {
-      const unsigned char* const samples = Row(luma, std::clamp(y - 1, 0, height_ - 1));
-      unsigned char* const row = Row(framed_, y);
-      std::copy_n(samples, width_, row + 1);
-      row[0] = samples[0];
-      row[width_ + 1] = samples[width_ - 1];
-    }
+    ForRowBands(framed_.rows(), [&](int first, int count) {
+      for (int y = first; y < first + count; ++y) {
+        const unsigned char* const samples = Row(luma, std::clamp(y - 1, 0, height_ - 1));
+        unsigned char* const row = Row(framed_, y);
+        std::copy_n(samples, width_, row + 1);
+        row[0] = samples[0];
+        row[width_ + 1] = samples[width_ - 1];
+      }
+    });
   }
 
   int side() const { return side_; }

@@ -12,7 +12,7 @@ namespace {
 
 BytePlane GatherCells(int firstRadius, int firstLimit, int passes, const BytePlane& luma) {
   assert(firstRadius >= 0 && firstLimit >= 0 && passes >= 0);
-  BytePlane cells(luma.copy());
+  BytePlane cells(luma);  // until a pass replaces it
   for (int pass = 0; pass < passes; ++pass) {
     const int radius = firstRadius + pass, limit = firstLimit + pass;
     cells.reference(FilterInBands(

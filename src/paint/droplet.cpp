@@ -26,7 +26,7 @@ ChannelSet DropletStyle(int radius, float strength, int passes, const ChannelSet
   assert(radius >= 1 && passes >= 0);
   Plugin::CheckStop();
   const BytePlane luma(LumaPlane709(picture));
-  BytePlane drops(luma.copy());
+  BytePlane drops(luma);  // until a pass replaces it
   for (int pass = 0; pass < passes; ++pass) {
     drops.reference(FilterInBands(
         radius, [&](const BytePlane& band) { return ModeFilter(radius, band); }, drops));

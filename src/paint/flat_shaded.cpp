@@ -17,7 +17,7 @@ constexpr int kPasses = 8;
 ChannelSet FlatShaded(const FlatShadedSettings& settings, const ChannelSet& image) {
   assert(settings.flatness >= 0 && settings.simplicity >= 0);
   const BytePlane luma(LumaPlane709(image));
-  BytePlane flat(luma.copy());
+  BytePlane flat(luma);  // until a pass replaces it
   RangePass pass{0, settings.quality == kHigh, settings.flatness, settings.simplicity,
                  BandCount(luma.rows(), settings.flatness + kPasses - 1)};
   for (; pass.index < kPasses; ++pass.index, ++pass.radius, ++pass.limit) {

@@ -25,17 +25,13 @@ struct FreeBuffer {
 };
 using Buffer = std::unique_ptr<unsigned char, FreeBuffer>;
 
-Buffer CopyOut(const BytePlane& plane) {
-  Buffer buffer(static_cast<unsigned char*>(Plugin::Allocate(plane.numElements())));
-  ForSampleBands(plane, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    std::copy_n(plane.data() + first, count, buffer.get() + first);
-  });
-  return buffer;
-}
-
 FrameBuffers HandOver(const ChannelSet& picture) {
-  Buffer red = CopyOut(picture.planes(0)), green = CopyOut(picture.planes(1)), blue = CopyOut(picture.planes(2));
-  return {red.release(), green.release(), blue.release(), picture.height(), picture.width()};
+  Buffer buffers[3];
+  for (Buffer& buffer : buffers) buffer.reset(static_cast<unsigned char*>(Plugin::Allocate(picture.pixelCount())));
+  ForSampleBands(picture.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    for (int i = 0; i < 3; ++i) std::copy_n(picture.planes(i).data() + first, count, buffers[i].get() + first);
+  });
+  return {buffers[0].release(), buffers[1].release(), buffers[2].release(), picture.height(), picture.width()};
 }
 
 /// The pictures of one render and the steps that lead from one to the next.

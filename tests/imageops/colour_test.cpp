@@ -44,6 +44,7 @@ TEST(Luma, RoundsTheWeightedSumOfEachStandardAndFindsTheBrightest) {
   const ChannelSet picture = RandomPicture(40, 61, rng);
   const BytePlane hd(LumaPlane709(picture)), sd(LumaPlane601(picture)), brightest(BrightestPlane(picture));
   EXPECT_EQ("", FirstDifference(sd, LumaImage601(picture).planes(0)));
+  EXPECT_EQ("", FirstDifference(hd, LumaImage709(picture).planes(0)));
   for (int y = 0; y < 40; ++y)
     for (int x = 0; x < 61; ++x) {
       const auto [r, g, b] = PixelAt(picture, y, x);
