@@ -3,8 +3,8 @@
 #include <cassert>
 
 #include "blur/supersmart_blur.h"
+#include "imageops/banded_filters.h"
 #include "imageops/luma.h"
-#include "imageops/range_passes.h"
 #include "render/bands.h"
 
 namespace quentara {

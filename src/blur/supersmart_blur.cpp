@@ -7,22 +7,11 @@
 #include <cstring>
 #include <vector>
 
-#include "imageops/median_filter.h"
+#include "imageops/banded_filters.h"
 #include "render/bands.h"
 
 namespace quentara {
 namespace {
-
-BytePlane Median(int radius, const BytePlane& plane) {
-  return FilterInBands(
-      radius, [&](const BytePlane& band) { return MedianFilter(radius, band); }, plane);
-}
-
-FloatPlane Deviation(int radius, const BytePlane& plane, const BytePlane& medians) {
-  return FilterInBands(
-      radius, [&](const BytePlane& v, const BytePlane& m) { return MedianDeviationFilter(radius, v, m); }, plane,
-      medians);
-}
 
 struct WeightCurve {
   float least, largest, exponent;
@@ -81,17 +70,18 @@ ChannelSet SupersmartBlur(float blurring, int testRadius, int blurRadius, const 
   ChannelSet blurred = image;
   if (blurring <= 0.0f || image.pixelCount() == 0) return blurred;
   const int channels = static_cast<int>(image.channelCount());
-  for (int i = 0; i < channels; ++i) blurred.planes(i).reference(Median(testRadius, image.planes(i)));
+  for (int i = 0; i < channels; ++i) blurred.planes(i).reference(MedianInBands(testRadius, image.planes(i)));
   Plugin::CheckStop();
   std::vector<FloatPlane> weights;
-  for (int i = 0; i < channels; ++i) weights.push_back(Deviation(testRadius, image.planes(i), blurred.planes(i)));
+  for (int i = 0; i < channels; ++i)
+    weights.push_back(MedianDeviationInBands(testRadius, image.planes(i), blurred.planes(i)));
   Plugin::CheckStop();
   for (FloatPlane& plane : weights) DeviationsToWeights(blurring, plane);
   Plugin::CheckStop();
   for (int i = 0; i < channels; ++i) {
     const BytePlane& plane = image.planes(i);
     BytePlane& medians = blurred.planes(i);
-    if (blurRadius != testRadius) medians.reference(Median(blurRadius, plane));
+    if (blurRadius != testRadius) medians.reference(MedianInBands(blurRadius, plane));
     const FloatPlane& weight = weights[static_cast<std::size_t>(i)];
     ForSampleBands(plane, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
       MixRun(plane.data() + first, weight.data() + first, medians.data() + first, count);

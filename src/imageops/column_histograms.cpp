@@ -27,13 +27,14 @@ ColumnHistograms::ColumnHistograms(WindowReach reach, const BytePlane& values, C
   row_.mostSamples = MostRows(reach, values.rows()) * MostRows({reach.columns, 0}, values.cols());
 }
 
-void ColumnHistograms::StartStrip(int x, int width) {
+void ColumnHistograms::StartStrip(int y, int x, int width) {
   row_.width = width;
   firstColumn_ = std::max(x - reach_.columns, 0);
   columnCount_ = std::min(x + width + reach_.columns, values_.cols()) - firstColumn_;
   padding_ = firstColumn_ - (x - reach_.columns);
   counters_.Clear(width + row_.side);
-  for (int y = 0; y <= std::min(reach_.rows, values_.rows() - 1); ++y) Move(y, -1);
+  const int top = std::max(y - reach_.rows, 0), bottom = std::min(y + reach_.rows, values_.rows() - 1);
+  for (int row = top; row <= bottom; ++row) Move(row, -1);
 }
 
 void ColumnHistograms::StepTo(int y) {

@@ -23,8 +23,8 @@ class ColumnHistograms {
 
   ColumnHistograms(WindowReach reach, const BytePlane& values, CountersKind kind);
 
-  /// Turns to the strip whose first pixel is column x, with the window of row 0.
-  void StartStrip(int x, int width);
+  /// Turns to the strip whose first pixel is column x, with the windows of row y.
+  void StartStrip(int y, int x, int width);
   /// Moves from the windows of row y - 1 to those of row y.
   void StepTo(int y);
 
@@ -46,14 +46,15 @@ class ColumnHistograms {
 constexpr int kRowsAhead = 3;
 void Prefetch(const BytePlane& plane, int y, int x, int count);
 
-/// Calls readOut(y, x, row) for each row of each strip: the row's first pixel is (y, x). The windows fit.
-template <class ReadOut>
-void ForStripRows(WindowReach reach, const BytePlane& values, CountersKind kind, const ReadOut& readOut) {
+/// Calls readOut(y, x, row) for each row of each strip of `result`: the row's first pixel is (y, x). The windows fit.
+template <class T, class ReadOut>
+void ForStripRows(WindowReach reach, const BytePlane& values, CountersKind kind, ResultRows<T> result,
+                  const ReadOut& readOut) {
   ColumnHistograms histograms(reach, values, kind);
   for (int x = 0; x < values.cols(); x += ColumnHistograms::kStrip) {
-    histograms.StartStrip(x, std::min(ColumnHistograms::kStrip, values.cols() - x));
-    for (int y = 0; y < values.rows(); ++y) {
-      if (y > 0) histograms.StepTo(y);
+    histograms.StartStrip(result.first, x, std::min(ColumnHistograms::kStrip, values.cols() - x));
+    for (int y = result.first; y < result.end(); ++y) {
+      if (y > result.first) histograms.StepTo(y);
       readOut(y, x, histograms.row());
     }
   }

@@ -67,7 +67,8 @@ BytePlane DiamondMedianFilter(int radius, const BytePlane& plane) {
     DiamondMedianFromNetworks(radius, plane, result);
     FilterCorners(
         radius, plane,
-        [&](const BytePlane& corner, BytePlane& medians) { MedianFromHistograms(radius, corner, medians); }, result);
+        [&](const BytePlane& corner, BytePlane& medians) { MedianFromHistograms(radius, corner, medians); },
+        ByteRows{result});
   } else {
     MedianFromHistograms(radius, plane, result);
   }

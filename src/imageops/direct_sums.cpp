@@ -24,10 +24,14 @@ WindowRow WindowsOf(WindowReach reach, const BytePlane& padded, int y, int width
   return {Row(padded, first), padded.stride(0), rows, 2 * reach.columns + 1, width};
 }
 
-// How many samples the windows of row y have, from those of the row above.
-void UpdateSizes(WindowReach reach, int y, const BytePlane& values, float* sizes) {
+// Whether the windows of row y can have other sizes than those of the row above; the first row has none above.
+bool SizesChange(WindowReach reach, int y, int height, int firstRow) {
+  return y == firstRow || y <= reach.rows || y >= height - reach.rows;
+}
+
+// How many samples the windows of row y have.
+void FillSizes(WindowReach reach, int y, const BytePlane& values, float* sizes) {
   const int height = values.rows(), width = values.cols();
-  if (y > reach.rows && y < height - reach.rows) return;
   const int rows = ClippedExtent(y, reach.rows, height);
   for (int x = 0; x < width; ++x) sizes[x] = static_cast<float>(rows * ClippedExtent(x, reach.columns, width));
 }
@@ -86,40 +90,40 @@ BytePlane PadRows(const BytePlane& plane, int columns, unsigned char padding) {
 }
 
 void RangeMeanFromDirectSums(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
-                             BytePlane& result) {
+                             ByteRows result) {
   const int width = values.cols();
   const DirectKernels& kernels = ActiveKernels().direct;
   const BytePlane padded(PadRows(values, reach.columns));
   Scratch<std::uint16_t> outside(RoomFor(width));
   for (int x = 0; x < width; ++x)
     outside[x] = static_cast<std::uint16_t>(2 * reach.columns + 1 - ClippedExtent(x, reach.columns, width));
-  for (int y = 0; y < values.rows(); ++y)
+  for (int y = result.first; y < result.end(); ++y)
     kernels.rangeMean(WindowsOf(reach, padded, y, width), Row(centre, y), limit, outside.data(), Row(result, y));
 }
 
 void RangeMedianByBisection(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
-                            BytePlane& result) {
+                            ByteRows result) {
   const int height = values.rows(), width = values.cols(), steps = BisectionSteps(limit);
   const RangeMedianKernels& kernels = ActiveKernels().rangeMedian;
   BytePlane padded(PadRows(values, reach.columns, 255));
   std::for_each(padded.data(), padded.data() + padded.numElements(), [](unsigned char& v) { v ^= kBisectionBias; });
   Scratch<unsigned char> sizes(static_cast<std::size_t>(width));
-  for (int y = 0; y < height; ++y) {
+  for (int y = result.first; y < result.end(); ++y) {
     const WindowRow windows = WindowsOf(reach, padded, y, width);
-    if (y <= reach.rows || y >= height - reach.rows)
+    if (SizesChange(reach, y, height, result.first))
       for (int x = 0; x < width; ++x)
         sizes[x] = static_cast<unsigned char>(windows.rows * ClippedExtent(x, reach.columns, width));
     kernels.byBisection(windows, Row(centre, y), limit, steps, sizes.data(), Row(result, y));
   }
 }
 
-void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
+void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatRows result) {
   const int height = values.rows(), width = values.cols(), side = 2 * reach.columns + 1;
   const BytePlane padded(PadRows(values, reach.columns));
   Scratch<float> sizes(static_cast<std::size_t>(width));
   std::vector<WindowLine> lines;
-  for (int y = 0; y < height; ++y) {
-    UpdateSizes(reach, y, values, sizes.data());
+  for (int y = result.first; y < result.end(); ++y) {
+    if (SizesChange(reach, y, height, result.first)) FillSizes(reach, y, values, sizes.data());
     lines.clear();
     for (int row = std::max(y - reach.rows, 0); row <= std::min(y + reach.rows, height - 1); ++row)
       lines.push_back({Row(padded, row), side});
@@ -128,7 +132,7 @@ void DeviationFromDirectSums(WindowReach reach, const BytePlane& values, const B
   }
 }
 
-void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
+void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatRows result) {
   const int height = values.rows(), width = values.cols(), side = 2 * reach.columns + 1;
   const QuadKernels& kernels = *ActiveKernels().quads;
   Scratch<std::uint16_t> columns(RoomFor(width + 2 * reach.columns));
@@ -137,10 +141,10 @@ void DeviationFromQuads(WindowReach reach, const BytePlane& values, const BytePl
   const auto rowOf = [&](int y) { return y >= 0 && y < height ? Row(values, y) : zeros.data(); };
   QuadRows quads(reach, values);
   std::vector<QuadLine> lines;
-  for (int y = -reach.rows; y < height; ++y) {
+  for (int y = -reach.rows; y < result.end(); ++y) {
     kernels.moveColumns(rowOf(y + reach.rows), rowOf(y - reach.rows - 1), columns.data() + reach.columns, width);
-    if (y < 0) continue;
-    UpdateSizes(reach, y, values, sizes.data());
+    if (y < result.first) continue;
+    if (SizesChange(reach, y, height, result.first)) FillSizes(reach, y, values, sizes.data());
     const int first = std::max(y - reach.rows, 0), rows = ClippedExtent(y, reach.rows, height);
     quads.LoadUpTo(first + rows - 1);
     lines.clear();

@@ -17,34 +17,34 @@
 namespace quentara {
 namespace {
 
-void MedianFromHistograms(WindowReach reach, const BytePlane& plane, BytePlane& result) {
+void MedianFromHistograms(WindowReach reach, const BytePlane& plane, ByteRows result) {
   const int height = plane.rows(), width = plane.cols();
   const WindowKernels& kernels = ActiveKernels();
   Scratch<int> ranks(static_cast<std::size_t>(width));
-  ForStripRows(reach, plane, CountersKind::kBelow, [&](int y, int x, const HistogramRow& row) {
-    const bool windowChanged = y <= reach.rows || y >= height - reach.rows;
+  ForStripRows(reach, plane, CountersKind::kBelow, result, [&](int y, int x, const HistogramRow& row) {
+    const bool windowChanged = y == result.first || y <= reach.rows || y >= height - reach.rows;
     if (windowChanged)
       for (int i = x; i < x + row.width; ++i) ranks[i] = MedianRank(y, i, height, width, reach);
     kernels.histogram[row.tallColumns].rank(row, ranks.data() + x, Row(result, y) + x);
   });
 }
 
-void MedianFromSlidingHistogram(WindowReach reach, const BytePlane& plane, BytePlane& result) {
-  SlideHistogram(reach, plane, [&](int y, int x, const Histogram& histogram) {
+void MedianFromSlidingHistogram(WindowReach reach, const BytePlane& plane, ByteRows result) {
+  SlideHistogram(reach, plane, result, [&](int y, int x, const Histogram& histogram) {
     const int rank = MedianRank(y, x, plane.rows(), plane.cols(), reach);
     Row(result, y)[x] = static_cast<unsigned char>(ValueOfRank(histogram, rank));
   });
 }
 
-void DeviationFromHistograms(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatPlane& result) {
-  ForStripRows(reach, values, CountersKind::kBelowWithDistances, [&](int y, int x, const HistogramRow& row) {
+void DeviationFromHistograms(WindowReach reach, const BytePlane& values, const BytePlane& medians, FloatRows result) {
+  ForStripRows(reach, values, CountersKind::kBelowWithDistances, result, [&](int y, int x, const HistogramRow& row) {
     ActiveKernels().histogram[row.tallColumns].deviation(row, Row(medians, y) + x, Row(result, y) + x);
   });
 }
 
 void DeviationFromSlidingHistogram(WindowReach reach, const BytePlane& values, const BytePlane& medians,
-                                   FloatPlane& result) {
-  SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
+                                   FloatRows result) {
+  SlideHistogram(reach, values, result, [&](int y, int x, const Histogram& histogram) {
     const int median = Row(medians, y)[x];
     float sum = 0.0f, count = 0.0f;
     for (int v = 0; v < 256; ++v) {
@@ -57,26 +57,29 @@ void DeviationFromSlidingHistogram(WindowReach reach, const BytePlane& values, c
 
 }  // namespace
 
-BytePlane MedianFilter(int radius, const BytePlane& plane) {
+void MedianFilter(int radius, const BytePlane& plane, ByteRows result) {
   assert(radius >= 0);
-  BytePlane result(plane.rows(), plane.cols());
   const WindowReach reach = SquareReach(radius);
   if (PrefersNetworks(radius, plane.rows(), plane.cols())) {
     MedianFromNetworks(radius, plane, result);
-    FilterCorners(
-        radius, plane,
-        [&](const BytePlane& corner, BytePlane& medians) { MedianFromSlidingHistogram(reach, corner, medians); },
-        result);
+    const auto filter = [&](const BytePlane& corner, BytePlane& medians) {
+      MedianFromSlidingHistogram(reach, corner, {medians});
+    };
+    FilterCorners(radius, plane, filter, result);
   } else if (FitsColumnHistograms(reach, plane.rows(), plane.cols()))
     MedianFromHistograms(reach, plane, result);
   else
     MedianFromSlidingHistogram(reach, plane, result);
+}
+
+BytePlane MedianFilter(int radius, const BytePlane& plane) {
+  BytePlane result(plane.rows(), plane.cols());
+  MedianFilter(radius, plane, {result});
   return result;
 }
 
-FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians) {
+void MedianDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians, FloatRows result) {
   assert(radius >= 0 && SameSize(values, medians));
-  FloatPlane result(values.rows(), values.cols());
   const WindowReach reach = SquareReach(radius);
   if (PrefersQuads(reach, values.cols(), ActiveKernels().quads != nullptr))
     DeviationFromQuads(reach, values, medians, result);
@@ -86,6 +89,11 @@ FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const Byte
     DeviationFromHistograms(reach, values, medians, result);
   else
     DeviationFromSlidingHistogram(reach, values, medians, result);
+}
+
+FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians) {
+  FloatPlane result(values.rows(), values.cols());
+  MedianDeviationFilter(radius, values, medians, {result});
   return result;
 }
 

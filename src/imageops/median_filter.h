@@ -1,8 +1,8 @@
 /// The median of a square window, and the mean distance of a window's samples from a given median.
 ///
 /// The window of (y, x) is the square of side 2 * radius + 1 around it, clipped to the plane, never padded; n is its
-/// number of samples. Both filters run on the calling thread; a result depends on rows up to `radius` away, so
-/// `FilterInBands(radius, ...)` spreads them over the workers without changing a byte.
+/// number of samples. Both filters run on the calling thread, for a whole plane or for some rows of the result, which
+/// depend on rows up to `radius` away: banded_filters.h spreads them over the workers.
 ///
 /// Method: small windows by sorting networks, see median_networks.h; larger ones by column histograms in two levels,
 /// after Perreault and Hebert, "Median filtering in constant time" (2007), whose cost per pixel does not grow with the
@@ -21,6 +21,7 @@ namespace quentara {
 /// @param plane   height x width, samples 0..255, of any size.
 /// @return same size, samples 0..255.
 BytePlane MedianFilter(int radius, const BytePlane& plane);
+void MedianFilter(int radius, const BytePlane& plane, ByteRows result);
 
 /// result(y, x) = the mean of |v - medians(y, x)| over the samples v of the window in `values`: their sum in single
 /// precision divided by n.
@@ -30,5 +31,6 @@ BytePlane MedianFilter(int radius, const BytePlane& plane);
 /// @param medians  same size; any samples 0..255 will do, they need not be medians.
 /// @return same size, samples 0..255 with fractions.
 FloatPlane MedianDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians);
+void MedianDeviationFilter(int radius, const BytePlane& values, const BytePlane& medians, FloatRows result);
 
 }  // namespace quentara

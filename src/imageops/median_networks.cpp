@@ -24,7 +24,8 @@ Sample Padding(int radius, int distance, int place) {
 /// The rows behind two rows of pixels, padded and split into even and odd columns.
 class SplitRows {
  public:
-  SplitRows(int radius, const BytePlane& plane)
+  // To be stepped through from row `first` on.
+  SplitRows(int radius, const BytePlane& plane, int first)
       : radius_(radius),
         count_(2 * radius + 2),
         plane_(plane),
@@ -34,7 +35,7 @@ class SplitRows {
         samples_(static_cast<std::size_t>(kSlack + 2 * pitch_ * count_)),
         even_(static_cast<std::size_t>(count_)),
         odd_(even_) {
-    for (int i = 0; i < count_ - 2; ++i) Load(i - radius_);
+    for (int i = 0; i < count_ - 2; ++i) Load(first + i - radius_);
   }
 
   // Turns to the rows behind pixels of rows y and y + 1, which follow those of y - 2 and y - 1.
@@ -78,30 +79,30 @@ class SplitRows {
 };
 
 // The same for windows of 3 x 3, which are too small to pay for the splitting.
-void MedianOfNines(const BytePlane& plane, BytePlane& result) {
+void MedianOfNines(const BytePlane& plane, ByteRows result) {
   const int height = plane.rows(), width = plane.cols();
   Scratch<Sample> outside(static_cast<std::size_t>(width)), spare(static_cast<std::size_t>(width));
   for (int x = 0; x < width; ++x) outside[x] = Padding(1, 1, x);
   const std::ptrdiff_t pitch = width + 64;  // rows of columns start in the middle
   Scratch<Sample> columns(static_cast<std::size_t>(6 * pitch));
-  for (int y = 0; y < height; y += 2) {
+  for (int y = result.first; y < result.end(); y += 2) {
     const Sample* rows[4];
     for (int i = 0; i < 4; ++i) rows[i] = y + i >= 1 && y + i <= height ? Row(plane, y + i - 1) : outside.data();
-    Sample* const lower = y + 1 < height ? Row(result, y + 1) : spare.data();
+    Sample* const lower = y + 1 < result.end() ? Row(result, y + 1) : spare.data();
     ActiveKernels().median.medianOfNines({rows, columns.data() + 32, pitch, Row(result, y), lower, width});
   }
 }
 
 }  // namespace
 
-void MedianFromNetworks(int radius, const BytePlane& plane, BytePlane& result) {
+void MedianFromNetworks(int radius, const BytePlane& plane, ByteRows result) {
   assert(radius >= 1 && radius <= kMostNetworkRadius && std::min(plane.rows(), plane.cols()) > 2 * radius);
   if (radius == 1 && plane.cols() >= kMostByteLanes) return MedianOfNines(plane, result);
-  SplitRows rows(radius, plane);
+  SplitRows rows(radius, plane, result.first);
   const auto medianOfTiles = ActiveKernels().median.medianOfTiles[radius];
   Scratch<Sample> spare(static_cast<std::size_t>(plane.cols()));  // for the row below an odd number of them
-  for (int y = 0; y < plane.rows(); y += 2)
-    medianOfTiles(rows.StepTo(y, Row(result, y), y + 1 < plane.rows() ? Row(result, y + 1) : spare.data()));
+  for (int y = result.first; y < result.end(); y += 2)
+    medianOfTiles(rows.StepTo(y, Row(result, y), y + 1 < result.end() ? Row(result, y + 1) : spare.data()));
 }
 
 }  // namespace quentara

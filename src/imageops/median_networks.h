@@ -13,6 +13,6 @@ namespace quentara {
 ///
 /// @param radius  1 .. kMostNetworkRadius.
 /// @param plane   at least 2 * radius + 1 rows and columns.
-void MedianFromNetworks(int radius, const BytePlane& plane, BytePlane& result);
+void MedianFromNetworks(int radius, const BytePlane& plane, ByteRows result);
 
 }  // namespace quentara

@@ -15,8 +15,8 @@ namespace {
 
 // rangeOf(y, x) are the values of which the mode is taken.
 template <class RangeOf>
-void ModeFromSlidingHistogram(WindowReach reach, const RangeOf& rangeOf, const BytePlane& values, BytePlane& result) {
-  SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
+void ModeFromSlidingHistogram(WindowReach reach, const RangeOf& rangeOf, const BytePlane& values, ByteRows result) {
+  SlideHistogram(reach, values, result, [&](int y, int x, const Histogram& histogram) {
     const auto [lowest, highest] = rangeOf(y, x);
     const auto mode = std::max_element(&histogram[lowest], &histogram[highest] + 1);
     Row(result, y)[x] = static_cast<unsigned char>(mode - histogram.data());  // the first of the largest
@@ -25,29 +25,32 @@ void ModeFromSlidingHistogram(WindowReach reach, const RangeOf& rangeOf, const B
 
 }  // namespace
 
-BytePlane ModeFilter(int radius, const BytePlane& plane) {
+void ModeFilter(int radius, const BytePlane& plane, ByteRows result) {
   assert(radius >= 0);
-  BytePlane result(plane.rows(), plane.cols());
   const WindowReach reach = SquareReach(radius);
   if (FitsColumnHistograms(reach, plane.rows(), plane.cols())) {
     const BytePlane lowest(MinFilter(radius, plane)), highest(MaxFilter(radius, plane));
-    ForStripRows(reach, plane, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
+    ForStripRows(reach, plane, CountersKind::kEach, result, [&](int y, int x, const HistogramRow& row) {
       ActiveKernels().histogram[row.tallColumns].mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
     });
   } else {
     ModeFromSlidingHistogram(
         reach, [](int, int) { return std::pair(0, 255); }, plane, result);
   }
+}
+
+BytePlane ModeFilter(int radius, const BytePlane& plane) {
+  BytePlane result(plane.rows(), plane.cols());
+  ModeFilter(radius, plane, {result});
   return result;
 }
 
-BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
+void RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit, ByteRows result) {
   assert(radius >= 0 && limit >= 0 && SameSize(centre, values));
-  BytePlane result(values.rows(), values.cols());
   const WindowReach reach = SquareReach(radius);
   const int range = std::min(limit, 255);
   if (FitsColumnHistograms(reach, values.rows(), values.cols())) {
-    ForStripRows(reach, values, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
+    ForStripRows(reach, values, CountersKind::kEach, result, [&](int y, int x, const HistogramRow& row) {
       Prefetch(centre, y + kRowsAhead, x, row.width);
       ActiveKernels().histogram[row.tallColumns].rangeMode(row, Row(centre, y) + x, range, Row(result, y) + x);
     });
@@ -58,6 +61,11 @@ BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane&
     };
     ModeFromSlidingHistogram(reach, rangeOf, values, result);
   }
+}
+
+BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
+  BytePlane result(values.rows(), values.cols());
+  RangeModeFilter2(radius, centre, values, limit, {result});
   return result;
 }
 

@@ -2,7 +2,8 @@
 ///
 /// The window of (y, x) is the square of side 2 * radius + 1 around it, clipped to the plane, never padded. Unlike a
 /// mean or a median a mode jumps at the border between two areas, without a ramp. Both filters run on the calling
-/// thread; a result depends on rows up to `radius` away.
+/// thread, for a whole plane or for some rows of the result, which depend on rows up to `radius` away:
+/// banded_filters.h spreads them over the workers.
 #pragma once
 
 #include "render/plane.h"
@@ -15,6 +16,7 @@ namespace quentara {
 /// @param plane   height x width, samples 0..255, of any size.
 /// @return same size, samples 0..255.
 BytePlane ModeFilter(int radius, const BytePlane& plane);
+void ModeFilter(int radius, const BytePlane& plane, ByteRows result);
 
 /// result(y, x) = the most frequent of those samples v of the window in `values` for which
 /// |v - centre(y, x)| <= limit; of equally frequent ones the lowest.
@@ -25,5 +27,6 @@ BytePlane ModeFilter(int radius, const BytePlane& plane);
 /// @param limit   in sample values, >= 0.
 /// @return same size, samples 0..255.
 BytePlane RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit);
+void RangeModeFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit, ByteRows result);
 
 }  // namespace quentara

@@ -14,16 +14,16 @@ namespace quentara {
 namespace {
 
 void RangeMeanFromHistograms(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
-                             BytePlane& result) {
-  ForStripRows(reach, values, CountersKind::kEach, [&](int y, int x, const HistogramRow& row) {
+                             ByteRows result) {
+  ForStripRows(reach, values, CountersKind::kEach, result, [&](int y, int x, const HistogramRow& row) {
     Prefetch(centre, y + kRowsAhead, x, row.width);
     ActiveKernels().histogram[row.tallColumns].rangeMean(row, Row(centre, y) + x, limit, Row(result, y) + x);
   });
 }
 
 void RangeMeanFromSlidingHistogram(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit,
-                                   BytePlane& result) {
-  SlideHistogram(reach, values, [&](int y, int x, const Histogram& histogram) {
+                                   ByteRows result) {
+  SlideHistogram(reach, values, result, [&](int y, int x, const Histogram& histogram) {
     const int c = Row(centre, y)[x], highest = std::min(c + limit, 255);
     float sum = 0.0f, count = 0.0f;
     for (int v = std::max(c - limit, 0); v <= highest; ++v) {
@@ -34,9 +34,8 @@ void RangeMeanFromSlidingHistogram(WindowReach reach, const BytePlane& centre, c
   });
 }
 
-BytePlane RangeMean(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit) {
+void RangeMean(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit, ByteRows result) {
   assert(reach.rows >= 0 && reach.columns >= 0 && limit >= 0 && SameSize(centre, values));
-  BytePlane result(values.rows(), values.cols());
   const int range = std::min(limit, 255);
   if (PrefersDirectMean(reach, range))
     RangeMeanFromDirectSums(reach, centre, values, range, result);
@@ -44,6 +43,11 @@ BytePlane RangeMean(WindowReach reach, const BytePlane& centre, const BytePlane&
     RangeMeanFromHistograms(reach, centre, values, range, result);
   else
     RangeMeanFromSlidingHistogram(reach, centre, values, range, result);
+}
+
+BytePlane RangeMean(WindowReach reach, const BytePlane& centre, const BytePlane& values, int limit) {
+  BytePlane result(values.rows(), values.cols());
+  RangeMean(reach, centre, values, limit, {result});
   return result;
 }
 
@@ -64,6 +68,15 @@ BytePlane RangeMeanLine(int radius, const BytePlane& plane, int limit, LineDirec
 BytePlane RangeMeanLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit,
                          LineDirection direction) {
   return RangeMean(LineReach(radius, direction), centre, values, limit);
+}
+
+void RangeMeanFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit, ByteRows result) {
+  RangeMean(SquareReach(radius), centre, values, limit, result);
+}
+
+void RangeMeanLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit, LineDirection direction,
+                    ByteRows result) {
+  RangeMean(LineReach(radius, direction), centre, values, limit, result);
 }
 
 }  // namespace quentara

@@ -12,13 +12,12 @@
 /// @param radius  in pixels, >= 0; 0 gives `values` back.
 /// @param centre  height x width, samples 0..255, of any size.
 /// @param values  same size and range; values(y, x) is within `limit` of centre(y, x), so no window is empty. This
-/// holds
-///                in every pass that starts from values = centre while the limit does not fall.
+///                holds in every pass that starts from values = centre while the limit does not fall.
 /// @param limit   in sample values, >= 0; 0 on one plane gives the plane back, from 255 on the result is a box mean.
 /// @return same size, samples 0..255.
 ///
 /// They run on the calling thread. A result depends on rows up to `radius` away (in the horizontal form on its own row
-/// only): `FilterInBands` spreads them over the workers without changing a byte.
+/// only): banded_filters.h spreads them over the workers.
 ///
 /// Method: small windows are summed directly, many pixels at a time; large ones are read from column histograms after
 /// Perreault and Hebert (2007), so that the cost per pixel never grows with the window's area.
@@ -35,5 +34,10 @@ BytePlane RangeMeanFilter2(int radius, const BytePlane& centre, const BytePlane&
 BytePlane RangeMeanLine(int radius, const BytePlane& plane, int limit, LineDirection direction);
 BytePlane RangeMeanLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit,
                          LineDirection direction);
+
+/// For some rows of the result.
+void RangeMeanFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit, ByteRows result);
+void RangeMeanLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit, LineDirection direction,
+                    ByteRows result);
 
 }  // namespace quentara

@@ -13,7 +13,7 @@
 /// @return same size, samples 0..255.
 ///
 /// They run on the calling thread. A result depends on rows up to `radius` away (in the horizontal form on its own row
-/// only): `FilterInBands` spreads them over the workers without changing a byte.
+/// only): banded_filters.h spreads them over the workers.
 ///
 /// Method: with C(v) the number of window samples below v, the result has rank r = (C(centre - limit) +
 /// C(centre + limit + 1) - 1) / 2 in the whole window. Small windows count their samples to bisect the value of that
@@ -30,5 +30,10 @@ BytePlane RangeMedianFilter2(int radius, const BytePlane& centre, const BytePlan
 
 BytePlane RangeMedianLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit,
                            LineDirection direction);
+
+/// For some rows of the result.
+void RangeMedianFilter2(int radius, const BytePlane& centre, const BytePlane& values, int limit, ByteRows result);
+void RangeMedianLine2(int radius, const BytePlane& centre, const BytePlane& values, int limit, LineDirection direction,
+                      ByteRows result);
 
 }  // namespace quentara

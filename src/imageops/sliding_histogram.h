@@ -13,11 +13,12 @@ namespace quentara {
 
 using Histogram = std::array<int, 256>;  ///< how often each sample value occurs in a window
 
-/// Calls readOut(y, x, histogram) for every pixel, row by row, with the histogram of its clipped window in `values`.
-template <class ReadOut>
-void SlideHistogram(WindowReach reach, const BytePlane& values, const ReadOut& readOut) {
+/// Calls readOut(y, x, histogram) for every pixel of `result`, row by row, with the histogram of its clipped window in
+/// `values`.
+template <class T, class ReadOut>
+void SlideHistogram(WindowReach reach, const BytePlane& values, ResultRows<T> result, const ReadOut& readOut) {
   const int height = values.rows(), width = values.cols();
-  for (int y = 0; y < height; ++y) {
+  for (int y = result.first; y < result.end(); ++y) {
     const int top = std::max(y - reach.rows, 0), bottom = std::min(y + reach.rows, height - 1);
     Histogram histogram = {};
     const auto count = [&](int column, int step) {

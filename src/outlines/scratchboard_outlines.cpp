@@ -7,9 +7,9 @@
 #include <cstddef>
 
 #include "blur/small_smooth.h"
+#include "imageops/banded_filters.h"
 #include "imageops/byte_map.h"
 #include "imageops/luma.h"
-#include "imageops/median_filter.h"
 #include "render/bands.h"
 
 namespace quentara {
@@ -50,10 +50,9 @@ CutMap MakeCutMap(float tone, float push) {
 }
 
 BytePlane Neighbourhoods(int style, int focus, const BytePlane& values) {
+  if (style != kSmooth) return MedianInBands(focus, values);
   return FilterInBands(
-      focus,
-      [&](const BytePlane& band) { return style == kSmooth ? BinomialSmooth(focus, band) : MedianFilter(focus, band); },
-      values);
+      focus, [&](const BytePlane& band) { return BinomialSmooth(focus, band); }, values);
 }
 
 void CutRun(const CutMap& cuts, const Byte* local, Byte* __restrict values, std::ptrdiff_t count) {

@@ -9,6 +9,7 @@
 #include <limits>
 #include <vector>
 
+#include "imageops/banded_filters.h"
 #include "imageops/luma.h"
 #include "imageops/max_filter.h"
 #include "imageops/median_filter.h"
@@ -187,8 +188,7 @@ ChannelSet ThickLineMask(int thickness, const ChannelSet& image, int quality) {
   assert(thickness >= 1);
   Plugin::CheckStop();
   BytePlane luma(LumaPlane601(image));
-  BytePlane levels(FilterInBands(
-      thickness, [&](const BytePlane& band) { return MedianFilter(thickness, band); }, luma));
+  BytePlane levels(MedianInBands(thickness, luma));
   Plugin::CheckStop();
   levels.reference(FilterInBands(
       thickness, [&](const BytePlane& band) { return MaxFilter(thickness, band); }, levels));

@@ -2,10 +2,9 @@
 
 #include <cassert>
 
+#include "imageops/banded_filters.h"
 #include "imageops/luma.h"
-#include "imageops/mode_filter.h"
 #include "paint/luma_strength.h"
-#include "render/bands.h"
 
 namespace quentara {
 namespace {
@@ -14,13 +13,7 @@ BytePlane GatherCells(int firstRadius, int firstLimit, int passes, const BytePla
   assert(firstRadius >= 0 && firstLimit >= 0 && passes >= 0);
   BytePlane cells(luma);  // until a pass replaces it
   for (int pass = 0; pass < passes; ++pass) {
-    const int radius = firstRadius + pass, limit = firstLimit + pass;
-    cells.reference(FilterInBands(
-        radius,
-        [&](const BytePlane& centre, const BytePlane& values) {
-          return RangeModeFilter2(radius, centre, values, limit);
-        },
-        luma, cells));
+    cells.reference(RangeModeInBands(firstRadius + pass, luma, cells, firstLimit + pass));
     Plugin::CheckStop();
   }
   return cells;

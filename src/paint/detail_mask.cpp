@@ -4,18 +4,12 @@
 #include <cassert>
 #include <cmath>
 
+#include "imageops/banded_filters.h"
 #include "imageops/float_memo.h"
-#include "imageops/median_filter.h"
 #include "render/bands.h"
 
 namespace quentara {
 namespace {
-
-FloatPlane Deviations(const BytePlane& plane) {
-  return FilterInBands(
-      2,  // each filter reaches a row
-      [](const BytePlane& band) { return MedianDeviationFilter(1, band, MedianFilter(1, band)); }, plane);
-}
 
 float SteepCurve(float deviation, float exponent) {
   const auto power = static_cast<float>(std::pow(static_cast<double>(deviation), static_cast<double>(exponent)));
@@ -27,7 +21,7 @@ float SteepCurve(float deviation, float exponent) {
 
 BytePlane DetailMask(const BytePlane& plane, float foreground) {
   assert(plane.numElements() > 0 && foreground >= 0.0f && foreground <= 1.0f);
-  const FloatPlane deviations(Deviations(plane));
+  const FloatPlane deviations(MedianDeviationInBands(1, plane, MedianInBands(1, plane)));
   const auto [low, high] = std::minmax_element(deviations.data(), deviations.data() + deviations.numElements());
   const float least = *low, largest = std::max(*high, 0.000001f), exponent = 1.0f - foreground;
   BytePlane mask(plane.rows(), plane.cols());

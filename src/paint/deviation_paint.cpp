@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cassert>
 
+#include "imageops/banded_filters.h"
 #include "imageops/diamond_filters.h"
-#include "imageops/median_filter.h"
 #include "imageops/resample.h"
 #include "paint/weighed_medians.h"
 #include "render/bands.h"
@@ -44,9 +44,9 @@ BytePlane PaintCore(const BytePlane& plane, int spread, float push) {
     return FilterInBands(
         spread, [&](const auto&... bands) { return filter(spread, bands...); }, planes...);
   };
-  const BytePlane square(inBands(MedianFilter, plane)), diamond(inBands(DiamondMedianFilter, plane));
+  const BytePlane square(MedianInBands(spread, plane)), diamond(inBands(DiamondMedianFilter, plane));
   Plugin::CheckStop();
-  const FloatPlane squareDeviation(inBands(MedianDeviationFilter, plane, square));
+  const FloatPlane squareDeviation(MedianDeviationInBands(spread, plane, square));
   const FloatPlane diamondDeviation(inBands(DiamondDeviationFilter, plane, diamond));
   Plugin::CheckStop();
   const Shares shares = {static_cast<float>(spread - 1) / static_cast<float>(spread),
@@ -69,8 +69,7 @@ BytePlane PaintCore(const BytePlane& plane, int spread, float push) {
 }
 
 BytePlane MixWithMedian(int radius, const Shares& shares, const BytePlane& plane) {
-  BytePlane mixed(FilterInBands(
-      radius, [&](const BytePlane& band) { return MedianFilter(radius, band); }, plane));
+  BytePlane mixed(MedianInBands(radius, plane));
   ForSampleBands(plane, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
     const auto mix = [&](int median, int sample) { return ToByte(shares.first * median + shares.second * sample); };
     unsigned char* const medians = mixed.data() + first;

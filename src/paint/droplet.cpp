@@ -2,10 +2,9 @@
 
 #include <cassert>
 
+#include "imageops/banded_filters.h"
 #include "imageops/box_mean_filter.h"
 #include "imageops/luma.h"
-#include "imageops/median_filter.h"
-#include "imageops/mode_filter.h"
 #include "paint/luma_strength.h"
 #include "render/bands.h"
 
@@ -28,12 +27,10 @@ ChannelSet DropletStyle(int radius, float strength, int passes, const ChannelSet
   const BytePlane luma(LumaPlane709(picture));
   BytePlane drops(luma);  // until a pass replaces it
   for (int pass = 0; pass < passes; ++pass) {
-    drops.reference(FilterInBands(
-        radius, [&](const BytePlane& band) { return ModeFilter(radius, band); }, drops));
+    drops.reference(ModeInBands(radius, drops));
     Plugin::CheckStop();
   }
-  drops.reference(FilterInBands(
-      radius, [&](const BytePlane& band) { return MedianFilter(radius, band); }, drops));
+  drops.reference(MedianInBands(radius, drops));
   Plugin::CheckStop();
   return ReplaceLuma(picture, luma, FilterInBands(1, SoftenHalf, AtStrength(strength, luma, drops)));
 }

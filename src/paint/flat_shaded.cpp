@@ -2,8 +2,8 @@
 
 #include <cassert>
 
+#include "imageops/banded_filters.h"
 #include "imageops/luma.h"
-#include "imageops/range_passes.h"
 #include "paint/luma_strength.h"
 #include "render/bands.h"
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "imageops/banded_filters.h"
 #include "imageops/luma.h"
-#include "imageops/median_filter.h"
 #include "paint/deviation_paint.h"
 #include "render/bands.h"
 
@@ -21,8 +21,7 @@ void SharpenRun(float gain, const unsigned char* luma, const unsigned char* medi
 }
 
 BytePlane SharpenFromMedian(int radius, float gain, const BytePlane& luma) {
-  const BytePlane medians(FilterInBands(
-      radius, [&](const BytePlane& band) { return MedianFilter(radius, band); }, luma));
+  const BytePlane medians(MedianInBands(radius, luma));
   Plugin::CheckStop();
   BytePlane sharpened(luma.rows(), luma.cols());
   ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {

@@ -53,28 +53,43 @@ void ForSampleBands(const Plane<T>& plane, const Body& body) {
   ForRowBands(plane.rows(), [&](int row, int rows) { body(row * width, rows * width); });
 }
 
-/// filter(planes...), computed in bands of rows. Each worker hands `filter` its rows and their overlap as planes of
-/// their own and keeps its own rows of the result, so the result is that of one call on the whole planes whenever a
-/// sample of the result depends on no row further away than bands.overlap.
-/// @param filter  takes the planes by constant reference, returns a plane of their size.
-/// @param planes  one or more of the same size.
-template <class Filter, class First, class... Rest>
-auto FilterInBands(Bands bands, const Filter& filter, const Plane<First>& first, const Plane<Rest>&... rest) {
-  using Result = std::decay_t<decltype(filter(first, rest...))>;
-  if (bands.count == 1) return Result(filter(first, rest...));
+/// A plane of the size of `first` and `rest`, computed in bands of rows: filter(rows, planes...) computes the rows of
+/// its result that `rows` asks for. Each worker hands it the rows that it keeps and planes of these rows and their
+/// overlap, so the result is that of one call on the whole planes whenever a sample of the result depends on no row
+/// further away than bands.overlap.
+/// @param filter  takes a ResultRows<T> by value and the planes by constant reference.
+template <class T, class Filter, class First, class... Rest>
+Plane<T> FilterRowsInBands(Bands bands, const Filter& filter, const Plane<First>& first, const Plane<Rest>&... rest) {
   const int height = first.rows(), width = first.cols(), band = height / bands.count;
-  Result result(height, width);
+  Plane<T> result(height, width);
   RunInWorkers(bands.count, [&](int index, int count) {
     const int start = band * index, end = index == count - 1 ? height : start + band;
     const int from = std::max(start - bands.overlap, 0), to = std::min(end + bands.overlap, height);
-    const Result part(filter(WrapRows(first, from, to - from), WrapRows(rest, from, to - from)...));
-    const std::ptrdiff_t kept = static_cast<std::ptrdiff_t>(end - start) * width;
-    std::copy_n(Row(part, start - from), kept, Row(result, start));
+    Plane<T> kept(WrapRows(result, start, end - start));
+    filter(ResultRows<T>{kept, start - from}, WrapRows(first, from, to - from), WrapRows(rest, from, to - from)...);
   });
   return result;
 }
 
-/// The same for one pass of a filter that reaches `radius` rows, with as many bands as `BandCount` allows.
+/// The same for filters that compute all rows of the planes given.
+/// @param filter  takes the planes by constant reference, returns a plane of their size.
+template <class Filter, class First, class... Rest>
+auto FilterInBands(Bands bands, const Filter& filter, const Plane<First>& first, const Plane<Rest>&... rest) {
+  using Result = std::decay_t<decltype(filter(first, rest...))>;
+  using Sample = typename Result::T_numtype;
+  if (bands.count == 1) return Result(filter(first, rest...));
+  const auto keepRows = [&](ResultRows<Sample> rows, const auto&... planes) {
+    const Result part(filter(planes...));
+    std::copy_n(Row(part, rows.first), rows.samples.numElements(), rows.samples.data());
+  };
+  return FilterRowsInBands<Sample>(bands, keepRows, first, rest...);
+}
+
+/// Both for one pass of a filter that reaches `radius` rows, with as many bands as `BandCount` allows.
+template <class T, class Filter, class First, class... Rest>
+Plane<T> FilterRowsInBands(int radius, const Filter& filter, const Plane<First>& first, const Plane<Rest>&... rest) {
+  return FilterRowsInBands<T>(Bands{BandCount(first.rows(), radius), radius}, filter, first, rest...);
+}
 template <class Filter, class First, class... Rest>
 auto FilterInBands(int radius, const Filter& filter, const Plane<First>& first, const Plane<Rest>&... rest) {
   return FilterInBands(Bands{BandCount(first.rows(), radius), radius}, filter, first, rest...);

@@ -80,6 +80,24 @@ T* Row(Plane<T>& plane, int y) {
   return plane.data() + static_cast<std::ptrdiff_t>(y) * plane.cols();
 }
 
+/// The rows that an operation is asked for: rows first .. end() - 1 of its result, kept in a plane of their own.
+template <class T>
+struct ResultRows {
+  Plane<T>& samples;
+  int first = 0;
+
+  int end() const { return first + samples.rows(); }
+};
+
+using ByteRows = ResultRows<unsigned char>;
+using FloatRows = ResultRows<float>;
+
+/// The samples of row `y` of the result.
+template <class T>
+T* Row(ResultRows<T> result, int y) {
+  return Row(result.samples, y - result.first);
+}
+
 template <class T, class U>
 bool SameSize(const Plane<T>& a, const Plane<U>& b) {
   return a.rows() == b.rows() && a.cols() == b.cols();
