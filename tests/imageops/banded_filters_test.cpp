@@ -23,6 +23,15 @@ struct Case {
 const Case kCases[] = {{67, 150, 0},  {67, 150, 1},  {67, 150, 2}, {67, 33, 3},    {90, 150, 5}, {90, 120, 8},
                        {90, 120, 11}, {120, 90, 14}, {64, 70, 15}, {270, 30, 128}, {1, 40, 2},   {5, 3, 1}};
 
+// fill(rows) asks for some rows from the middle of `whole`.
+template <class T, class Fill>
+void ExpectSomeRows(const Plane<T>& whole, const Fill& fill) {
+  const int first = whole.rows() / 2, count = (whole.rows() - first + 1) / 2;
+  Plane<T> some(count, whole.cols());
+  fill(ResultRows<T>{some, first});
+  EXPECT_EQ("", FirstDifference(WrapRows(whole, first, count), some));
+}
+
 TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
   constexpr int kLimit = 20;
   std::mt19937 rng(1);
@@ -35,6 +44,14 @@ TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
       const BytePlane rangeMode(RangeModeFilter2(radius, centre, values, kLimit));
       const BytePlane squareMean(RangeMeanFilter2(radius, centre, values, kLimit));
       const BytePlane squareMedian(RangeMedianFilter2(radius, centre, values, kLimit));
+      const int r = radius;
+      ExpectSomeRows(median, [&](ByteRows rows) { MedianFilter(r, values, rows); });
+      ExpectSomeRows(deviation, [&](FloatRows rows) { MedianDeviationFilter(r, values, centre, rows); });
+      ExpectSomeRows(mode, [&](ByteRows rows) { ModeFilter(r, values, rows); });
+      ExpectSomeRows(squareMean, [&](ByteRows rows) { RangeMeanFilter2(r, centre, values, kLimit, rows); });
+      for (const LineDirection direction : {LineDirection::Vertical, LineDirection::Horizontal})
+        ExpectSomeRows(RangeMedianLine2(r, centre, values, kLimit, direction),
+                       [&](ByteRows rows) { RangeMedianLine2(r, centre, values, kLimit, direction, rows); });
       for (const int workers : {1, 2, 3, 7}) {
         SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << radius << " workers " << workers
                                         << " " << kernels->name);
