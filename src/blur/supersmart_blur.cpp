@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "imageops/banded_filters.h"
+#include "imageops/sample_range.h"
 #include "render/bands.h"
 
 namespace quentara {
@@ -47,8 +48,8 @@ class WeightMemo {
 };
 
 void DeviationsToWeights(float blurring, FloatPlane& deviations) {
-  const auto [least, largest] = std::minmax_element(deviations.data(), deviations.data() + deviations.numElements());
-  const WeightCurve curve{*least, std::max(*largest, 0.000001f), blurring};
+  const SampleRange range = RangeOf(deviations);
+  const WeightCurve curve{range.least, std::max(range.largest, 0.000001f), blurring};
   ForSampleBands(deviations, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
     WeightMemo memo(curve);
     float* const samples = deviations.data() + first;

@@ -6,6 +6,7 @@
 
 #include "imageops/banded_filters.h"
 #include "imageops/float_memo.h"
+#include "imageops/sample_range.h"
 #include "render/bands.h"
 
 namespace quentara {
@@ -22,8 +23,8 @@ float SteepCurve(float deviation, float exponent) {
 BytePlane DetailMask(const BytePlane& plane, float foreground) {
   assert(plane.numElements() > 0 && foreground >= 0.0f && foreground <= 1.0f);
   const FloatPlane deviations(MedianDeviationInBands(1, plane, MedianInBands(1, plane)));
-  const auto [low, high] = std::minmax_element(deviations.data(), deviations.data() + deviations.numElements());
-  const float least = *low, largest = std::max(*high, 0.000001f), exponent = 1.0f - foreground;
+  const SampleRange range = RangeOf(deviations);
+  const float least = range.least, largest = std::max(range.largest, 0.000001f), exponent = 1.0f - foreground;
   BytePlane mask(plane.rows(), plane.cols());
   ForSampleBands(plane, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
     auto shade = MakeFloatMemo<unsigned char>(

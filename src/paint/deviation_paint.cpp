@@ -6,6 +6,7 @@
 #include "imageops/banded_filters.h"
 #include "imageops/diamond_filters.h"
 #include "imageops/resample.h"
+#include "imageops/sample_range.h"
 #include "paint/weighed_medians.h"
 #include "render/bands.h"
 #include "render/scratch.h"
@@ -35,10 +36,6 @@ void BlendRow(const Shares& shares, float push, const unsigned char* diamond, co
   }
 }
 
-float Least(const FloatPlane& plane) {
-  return *std::min_element(plane.data(), plane.data() + plane.numElements());
-}
-
 BytePlane PaintCore(const BytePlane& plane, int spread, float push) {
   const auto inBands = [&](const auto& filter, const auto&... planes) {
     return FilterInBands(
@@ -51,8 +48,8 @@ BytePlane PaintCore(const BytePlane& plane, int spread, float push) {
   Plugin::CheckStop();
   const Shares shares = {static_cast<float>(spread - 1) / static_cast<float>(spread),
                          1.0f / static_cast<float>(spread)};
-  const WeighedMedians::Planes squares = {square, squareDeviation, Least(squareDeviation)};
-  const WeighedMedians::Planes diamonds = {diamond, diamondDeviation, Least(diamondDeviation)};
+  const WeighedMedians::Planes squares = {square, squareDeviation, RangeOf(squareDeviation).least};
+  const WeighedMedians::Planes diamonds = {diamond, diamondDeviation, RangeOf(diamondDeviation).least};
   BytePlane result(plane.rows(), plane.cols());
   ForRowBands(plane.rows(), [&](int firstRow, int rows) {
     const auto width = static_cast<std::size_t>(plane.cols());

@@ -87,7 +87,10 @@ ChannelSet FlatDetailed(const PointList& skinPoints, float deviation, bool tempo
   }
   const BytePlane above(QuantiseOctants(level + 2, picture)), below(QuantiseOctants(level - 2, picture));
   FloatPlane value(atLevel.shape());
-  value = 0.5f * atLevel + 0.25f * above + 0.25f * below;
+  ForSampleBands(value, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    for (std::ptrdiff_t i = first; i < first + count; ++i)
+      value.data()[i] = 0.5f * atLevel.data()[i] + 0.25f * above.data()[i] + 0.25f * below.data()[i];
+  });
   return ReplaceValue(picture, value);
 }
 

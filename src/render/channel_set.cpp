@@ -4,6 +4,8 @@
 #include <cassert>
 #include <utility>
 
+#include "render/bands.h"
+
 namespace quentara {
 
 namespace ChannelCounts {
@@ -70,6 +72,17 @@ BasicChannelSet<T>& BasicChannelSet<T>::operator=(const BasicChannelSet& other) 
 }
 
 template <class T>
+BasicChannelSet<T> BasicChannelSet<T>::Share() const {
+  BasicChannelSet set("", 0, 0);
+  set.mode_ = mode_;
+  set.width_ = width_;
+  set.height_ = height_;
+  set.channelCount_ = channelCount_;
+  for (std::uint32_t i = 0; i < channelCount_; ++i) set.planes_[i] = std::make_unique<Plane<T>>(*planes_[i]);
+  return set;
+}
+
+template <class T>
 std::vector<BasicChannelSet<T>> BasicChannelSet<T>::Split() const {
   std::vector<BasicChannelSet> channels;
   channels.reserve(channelCount_);
@@ -97,12 +110,13 @@ void MixImages(const ChannelSet& base, ChannelSet& image, float weight) {
   const bool known = image.HasMode("RGB") || image.HasMode("L");
   if (!known || !base.HasMode(image.mode())) return;
   const float rest = 1.0f - weight;
-  for (int i = 0; i < static_cast<int>(image.channelCount()); ++i) {
-    const unsigned char* const under = base.planes(i).data();
-    const auto mix = [=](unsigned char over, unsigned char sample) { return ToByte(weight * over + rest * sample); };
-    unsigned char* const over = image.planes(i).data();
-    std::transform(over, over + image.pixelCount(), under, over, mix);
-  }
+  const auto mix = [=](unsigned char over, unsigned char sample) { return ToByte(weight * over + rest * sample); };
+  ForSampleBands(image.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    for (int i = 0; i < static_cast<int>(image.channelCount()); ++i) {
+      unsigned char* const over = image.planes(i).data() + first;
+      std::transform(over, over + count, base.planes(i).data() + first, over, mix);
+    }
+  });
 }
 
 }  // namespace quentara

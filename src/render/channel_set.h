@@ -21,8 +21,8 @@ std::optional<std::uint32_t> Find(std::string_view mode);
 
 /// A picture: a mode and up to four planes of one size, in the order of the mode's channels.
 ///
-/// A set owns its planes unless `Wrap` made it, and copying one copies the samples: no two sets share a plane. A set of
-/// an unknown mode has no planes and no size.
+/// A set owns its planes unless `Wrap` made it, and copying one copies the samples: no two sets share a plane, but by
+/// `Share`. A set of an unknown mode has no planes and no size.
 template <class T>
 class BasicChannelSet {
  public:
@@ -57,6 +57,9 @@ class BasicChannelSet {
   /// Plane `i`, 0 <= i < channelCount().
   const Plane<T>& planes(int i) const { return *planes_[static_cast<std::size_t>(i)]; }
   Plane<T>& planes(int i) { return *planes_[static_cast<std::size_t>(i)]; }
+
+  /// A set over the same samples, which stay for as long as one of the two does. Neither is to be written to.
+  BasicChannelSet Share() const;
 
   /// One set for each channel, of mode "L" ("1" for a "1" set), each with a copy of the channel's plane.
   std::vector<BasicChannelSet> Split() const;

@@ -61,7 +61,7 @@ ChannelSet PaintInStyle(const RenderSettings& settings, const PointList& skinPoi
   if (settings.droplet != nullptr) return Paint(*settings.droplet, picture);
   if (settings.gouache != nullptr) return Paint(*settings.gouache, picture);
   if (settings.posterPaint != nullptr) return Paint(*settings.posterPaint, picture);
-  return picture;
+  return picture.Share();
 }
 
 }  // namespace quentara

@@ -72,13 +72,13 @@ class FrameRender {
 
   void BlurSource() {
     if (settings_.mainBlur == nullptr) {
-      work_ = source_;
+      work_ = source_.Share();
       return;
     }
     const bool inColor = (Detail(settings_) && !Tinted(settings_)) || Lit(settings_);
     work_ = BlurImage(*settings_.mainBlur, inColor ? ChannelMode : LumaMode, source_);
     if (!settings_.useMainBlur || OutlineViewOf(settings_) == OutlineView::None) return;
-    outlineBlurred_.emplace(work_);
+    outlineBlurred_.emplace(work_.Share());
     outlineSource_ = &*outlineBlurred_;
   }
 

@@ -125,7 +125,7 @@ void ExpectCleanFailures(const Setting& setting, HostWorkers workers, PF_Err err
     EXPECT_EQ(0, FakeHandles::live);
     EXPECT_EQ(0, host.foreignCalls);
     if (result == PF_Err_NONE) {
-      EXPECT_GT(n, 20) << "nothing was disturbed";
+      EXPECT_GT(n, 10) << "nothing was disturbed";
     } else {
       ASSERT_EQ(error, result) << host.out.return_msg;
       EXPECT_EQ(before.memory, output.memory);
