@@ -1,5 +1,7 @@
 #include "imageops/banded_filters.h"
 
+#include "imageops/box_mean_filter.h"
+#include "imageops/max_filter.h"
 #include "imageops/median_filter.h"
 #include "imageops/mode_filter.h"
 #include "imageops/range_mean_filter.h"
@@ -8,6 +10,13 @@
 
 namespace quentara {
 namespace {
+
+using PlaneFilter = void(int radius, const BytePlane& plane, ByteRows rows);
+
+BytePlane RunFilter(PlaneFilter* filter, int radius, const BytePlane& plane) {
+  return FilterRowsInBands<unsigned char>(
+      radius, [&](ByteRows rows, const BytePlane& band) { filter(radius, band, rows); }, plane);
+}
 
 using SquareFilter = void(int radius, const BytePlane& centre, const BytePlane& values, int limit, ByteRows rows);
 using LineFilter = void(int radius, const BytePlane& centre, const BytePlane& values, int limit,
@@ -29,8 +38,7 @@ BytePlane RunPass(const RangePass& pass, SquareFilter* squareFilter, LineFilter*
 }  // namespace
 
 BytePlane MedianInBands(int radius, const BytePlane& plane) {
-  return FilterRowsInBands<unsigned char>(
-      radius, [&](ByteRows rows, const BytePlane& band) { MedianFilter(radius, band, rows); }, plane);
+  return RunFilter(MedianFilter, radius, plane);
 }
 
 FloatPlane MedianDeviationInBands(int radius, const BytePlane& values, const BytePlane& medians) {
@@ -40,9 +48,20 @@ FloatPlane MedianDeviationInBands(int radius, const BytePlane& values, const Byt
       values, medians);
 }
 
+BytePlane MaxInBands(int radius, const BytePlane& plane) {
+  return RunFilter(MaxFilter, radius, plane);
+}
+
+BytePlane MinInBands(int radius, const BytePlane& plane) {
+  return RunFilter(MinFilter, radius, plane);
+}
+
+BytePlane BoxMeanInBands(int radius, const BytePlane& plane) {
+  return RunFilter(BoxMeanFilter, radius, plane);
+}
+
 BytePlane ModeInBands(int radius, const BytePlane& plane) {
-  return FilterRowsInBands<unsigned char>(
-      radius, [&](ByteRows rows, const BytePlane& band) { ModeFilter(radius, band, rows); }, plane);
+  return RunFilter(ModeFilter, radius, plane);
 }
 
 BytePlane RangeModeInBands(int radius, const BytePlane& centre, const BytePlane& values, int limit) {

@@ -10,6 +10,11 @@ namespace quentara {
 BytePlane MedianInBands(int radius, const BytePlane& plane);
 FloatPlane MedianDeviationInBands(int radius, const BytePlane& values, const BytePlane& medians);
 
+/// `MaxFilter`, `MinFilter` and `BoxMeanFilter`.
+BytePlane MaxInBands(int radius, const BytePlane& plane);
+BytePlane MinInBands(int radius, const BytePlane& plane);
+BytePlane BoxMeanInBands(int radius, const BytePlane& plane);
+
 /// `ModeFilter` and `RangeModeFilter2`.
 BytePlane ModeInBands(int radius, const BytePlane& plane);
 BytePlane RangeModeInBands(int radius, const BytePlane& centre, const BytePlane& values, int limit);

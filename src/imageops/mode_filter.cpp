@@ -29,7 +29,10 @@ void ModeFilter(int radius, const BytePlane& plane, ByteRows result) {
   assert(radius >= 0);
   const WindowReach reach = SquareReach(radius);
   if (FitsColumnHistograms(reach, plane.rows(), plane.cols())) {
-    const BytePlane lowest(MinFilter(radius, plane)), highest(MaxFilter(radius, plane));
+    BytePlane least(result.samples.shape()), largest(result.samples.shape());
+    const ByteRows lowest{least, result.first}, highest{largest, result.first};
+    MinFilter(radius, plane, lowest);
+    MaxFilter(radius, plane, highest);
     ForStripRows(reach, plane, CountersKind::kEach, result, [&](int y, int x, const HistogramRow& row) {
       ActiveKernels().histogram[row.tallColumns].mode(row, Row(lowest, y) + x, Row(highest, y) + x, Row(result, y) + x);
     });

@@ -117,8 +117,10 @@ void ClearFrame(BytePlane& lines) {
 }
 
 void Invert(BytePlane& plane) {
-  std::transform(plane.data(), plane.data() + plane.numElements(), plane.data(),
-                 [](Sample sample) { return static_cast<Sample>(255 - sample); });
+  ForSampleBands(plane, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+    Sample* const samples = plane.data() + first;
+    std::transform(samples, samples + count, samples, [](Sample sample) { return static_cast<Sample>(255 - sample); });
+  });
 }
 
 }  // namespace

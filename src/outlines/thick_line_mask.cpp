@@ -190,8 +190,7 @@ ChannelSet ThickLineMask(int thickness, const ChannelSet& image, int quality) {
   BytePlane luma(LumaPlane601(image));
   BytePlane levels(MedianInBands(thickness, luma));
   Plugin::CheckStop();
-  levels.reference(FilterInBands(
-      thickness, [&](const BytePlane& band) { return MaxFilter(thickness, band); }, levels));
+  levels.reference(MaxInBands(thickness, levels));
   Plugin::CheckStop();
   ChannelSet mask("L", image.width(), image.height());
   ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {

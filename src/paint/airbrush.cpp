@@ -4,9 +4,8 @@
 #include <cassert>
 #include <initializer_list>
 
-#include "imageops/box_mean_filter.h"
+#include "imageops/banded_filters.h"
 #include "imageops/luma_chroma.h"
-#include "imageops/max_filter.h"
 #include "render/bands.h"
 
 namespace quentara {
@@ -16,20 +15,19 @@ using Filter = BytePlane (*)(int radius, const BytePlane& plane);
 
 BytePlane Smooth(int spread, std::initializer_list<Filter> chain, BytePlane plane) {
   for (const Filter filter : chain) {
-    for (const Filter step : {filter, &BoxMeanFilter})
-      plane.reference(FilterInBands(
-          spread, [&](const BytePlane& band) { return step(spread, band); }, plane));
+    plane.reference(filter(spread, plane));
+    plane.reference(BoxMeanInBands(spread, plane));
     Plugin::CheckStop();
   }
   return plane;
 }
 
 BytePlane SmoothDarkFirst(int spread, const BytePlane& plane) {
-  return Smooth(spread, {MaxFilter, MinFilter, MinFilter, MaxFilter}, plane);
+  return Smooth(spread, {MaxInBands, MinInBands, MinInBands, MaxInBands}, plane);
 }
 
 BytePlane SmoothBrightFirst(int spread, const BytePlane& plane) {
-  return Smooth(spread, {MinFilter, MaxFilter, MaxFilter, MinFilter}, plane);
+  return Smooth(spread, {MinInBands, MaxInBands, MaxInBands, MinInBands}, plane);
 }
 
 BytePlane Truncate(const FloatPlane& plane) {

@@ -30,9 +30,6 @@ class Thread {
   const std::unique_ptr<Native> native_;
 };
 
-/// Lets another thread have the processor, if one waits for it.
-void GiveWay();
-
 /// A pointer of each thread's own, null at first. A slot of the system's, not the compiler's thread-local storage: a
 /// static one is gone without a trace when the library is unloaded.
 class ThreadPointer {

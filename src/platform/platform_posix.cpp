@@ -36,10 +36,6 @@ Thread::~Thread() {
   native_->thread.join();
 }
 
-void GiveWay() {
-  std::this_thread::yield();
-}
-
 ThreadPointer::ThreadPointer() {
   static_assert(sizeof(pthread_key_t) == sizeof slot_);
   if (pthread_key_create(&slot_, nullptr) != 0) throw std::bad_alloc();

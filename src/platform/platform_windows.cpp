@@ -46,10 +46,6 @@ Thread::~Thread() {
   CloseHandle(native_->handle);
 }
 
-void GiveWay() {
-  SwitchToThread();
-}
-
 // Static slots come and go with the library: its DllMain, the run-time library's, runs static initialisers when the
 // library is loaded and finalisers when it is unloaded.
 ThreadPointer::ThreadPointer() : slot_(TlsAlloc()) {

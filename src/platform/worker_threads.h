@@ -33,6 +33,7 @@ class WorkerThreads {
   void Engage(int count);
   void Serve(Worker& worker);
 
+  const int processors_;
   Monitor monitor_;
   std::atomic<unsigned> round_{0};  ///< goes up with every step, and at the end
   std::atomic<int> busy_{0};        ///< workers that have not finished the step

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "imageops/box_mean_filter.h"
+#include "imageops/max_filter.h"
 #include "imageops/median_filter.h"
 #include "imageops/mode_filter.h"
 #include "imageops/range_mean_filter.h"
@@ -40,6 +42,8 @@ TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
     for (const WindowKernels* kernels : RunnableKernels()) {
       const KernelScope kernelScope(*kernels);
       const BytePlane median(MedianFilter(radius, values)), mode(ModeFilter(radius, values));
+      const BytePlane most(MaxFilter(radius, values)), least(MinFilter(radius, values));
+      const BytePlane mean(BoxMeanFilter(radius, values));
       const FloatPlane deviation(MedianDeviationFilter(radius, values, centre));
       const BytePlane rangeMode(RangeModeFilter2(radius, centre, values, kLimit));
       const BytePlane squareMean(RangeMeanFilter2(radius, centre, values, kLimit));
@@ -47,6 +51,9 @@ TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
       const int r = radius;
       ExpectSomeRows(median, [&](ByteRows rows) { MedianFilter(r, values, rows); });
       ExpectSomeRows(deviation, [&](FloatRows rows) { MedianDeviationFilter(r, values, centre, rows); });
+      ExpectSomeRows(most, [&](ByteRows rows) { MaxFilter(r, values, rows); });
+      ExpectSomeRows(least, [&](ByteRows rows) { MinFilter(r, values, rows); });
+      ExpectSomeRows(mean, [&](ByteRows rows) { BoxMeanFilter(r, values, rows); });
       ExpectSomeRows(mode, [&](ByteRows rows) { ModeFilter(r, values, rows); });
       ExpectSomeRows(squareMean, [&](ByteRows rows) { RangeMeanFilter2(r, centre, values, kLimit, rows); });
       for (const LineDirection direction : {LineDirection::Vertical, LineDirection::Horizontal})
@@ -59,6 +66,9 @@ TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
         const Plugin::HostScope hostScope(host);
         EXPECT_EQ("", FirstDifference(median, MedianInBands(radius, values)));
         EXPECT_EQ("", FirstDifference(deviation, MedianDeviationInBands(radius, values, centre)));
+        EXPECT_EQ("", FirstDifference(most, MaxInBands(radius, values)));
+        EXPECT_EQ("", FirstDifference(least, MinInBands(radius, values)));
+        EXPECT_EQ("", FirstDifference(mean, BoxMeanInBands(radius, values)));
         EXPECT_EQ("", FirstDifference(mode, ModeInBands(radius, values)));
         EXPECT_EQ("", FirstDifference(rangeMode, RangeModeInBands(radius, centre, values, kLimit)));
         RangePass pass{0, true, radius, kLimit, BandCount(height, radius)};
