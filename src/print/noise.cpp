@@ -58,12 +58,22 @@ Byte Limited(int value) {
 // `row` holds samples scaled by 2^shift; so does no sample of the result.
 template <class Sample>
 void EnlargeRow(const Sample* row, int shift, Byte* __restrict enlarged, int width) {
-  for (int x = 0; x < width; ++x) {
-    const int between =
-        HalfWay(row[std::max(x - 2, 0)], row[std::max(x - 1, 0)], row[x], row[std::min(x + 1, width - 1)]);
-    enlarged[2 * x] = Limited(between >> (shift + 3));
-    enlarged[2 * x + 1] = Limited(row[x] >> shift);
-  }
+  const auto enlarge = [=](int x, int a, int b, int c, int d) {
+    enlarged[2 * x] = Limited(HalfWay(a, b, c, d) >> (shift + 3));
+    enlarged[2 * x + 1] = Limited(c >> shift);
+  };
+  const auto atEdge = [&](int x) {
+    enlarge(x, row[std::max(x - 2, 0)], row[std::max(x - 1, 0)], row[x], row[std::min(x + 1, width - 1)]);
+  };
+  const int inner = std::min(2, width);
+  for (int x = 0; x < inner; ++x) atEdge(x);
+  for (int x = inner; x < width - 1; ++x) enlarge(x, row[x - 2], row[x - 1], row[x], row[x + 1]);
+  if (width > inner) atEdge(width - 1);
+}
+
+// Blackens what its noise is above of: by masks, as half the branches would miss.
+void DitherRow(const Byte* noise, Byte* __restrict samples, int width) {
+  for (int x = 0; x < width; ++x) samples[x] &= static_cast<Byte>(noise[x] > samples[x] ? 0 : 255);
 }
 
 // Gives samples scaled by 8.
@@ -89,10 +99,8 @@ class DitheredRows {
   void Dither(int y) {
     Enlarge(y);
     NoiseRun(seed_ + static_cast<Word>(y) * static_cast<Word>(2 * width_), 2 * width_, noise_.data());
-    Byte* const samples = enlarged_.data();
-    const Byte* const noise = noise_.data();
-    for (int x = 0; x < 2 * width_; ++x) samples[x] = noise[x] > samples[x] ? 0 : samples[x];
-    ShrinkRow(samples, Shrunk(y), width_);
+    DitherRow(noise_.data(), enlarged_.data(), 2 * width_);
+    ShrinkRow(enlarged_.data(), Shrunk(y), width_);
   }
 
   /// Row `y` of the plane's own size, once the enlarged row 2 * y + 1 is done.
