@@ -1,16 +1,16 @@
 #include "imageops/byte_map.h"
 
-#include <algorithm>
 #include <cassert>
 #include <cmath>
 
+#include "imageops/window_kernels_dispatch.h"
 #include "render/bands.h"
 
 namespace quentara {
 namespace {
 
 void MapRun(const ByteMap& map, const unsigned char* samples, unsigned char* mapped, std::ptrdiff_t count) {
-  std::transform(samples, samples + count, mapped, [&](unsigned char sample) { return map[sample]; });
+  ActiveKernels().pixel.mapBytes(map.data(), samples, mapped, count);
 }
 
 }  // namespace

@@ -3,55 +3,22 @@
 #include <algorithm>
 #include <cassert>
 
+#include "imageops/window_kernels_dispatch.h"
 #include "render/bands.h"
 
 namespace quentara {
 namespace {
 
-// The third of the circle is chosen before the division, so that the loop has no branch and one quotient for the hue.
-void ToHsvRun(const unsigned char* red, const unsigned char* green, const unsigned char* blue, float* __restrict hue,
-              float* __restrict saturation, float* __restrict value, std::ptrdiff_t count) {
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    const float r = red[i], g = green[i], b = blue[i];
-    const float most = std::max(std::max(r, g), b), least = std::min(std::min(r, g), b);
-    const bool grey = most == least;
-    const float delta = grey ? 1.0f : (most - least) / 255.0f;
-    const float third = r == most ? 0.0f : g == most ? 2.0f : 4.0f;
-    const float lead = r == most ? g - b : g == most ? b - r : r - g;
-    const float degrees = (third + lead / 255.0f / delta) * 60.0f;
-    hue[i] = grey ? 0.0f : degrees < 0.0f ? degrees + 360.0f : degrees;
-    saturation[i] = grey ? 0.0f : (most - least) / most;
-    value[i] = most;
-  }
+void ToHsvFrom(const ChannelSet& picture, std::ptrdiff_t first, float* hue, float* saturation, float* value,
+               std::ptrdiff_t count) {
+  ActiveKernels().pixel.toHsv(picture.planes(0).data() + first, picture.planes(1).data() + first,
+                              picture.planes(2).data() + first, hue, saturation, value, count);
 }
 
-// All ones where `holds`: choices between whole numbers by masks run in vector lanes, nested ones between floats do
-// not.
-int Mask(bool holds) {
-  return -static_cast<int>(holds);
-}
-
-// In each sextant one channel is the largest, one the least, and the middle one rises (even sextants) or falls (odd).
-// Without saturation all three are the value itself, as the factor of the saturation is then 1.
-void FromHsvRun(const float* hue, const float* saturation, const float* value, unsigned char* __restrict red,
-                unsigned char* __restrict green, unsigned char* __restrict blue, std::ptrdiff_t count) {
-  for (std::ptrdiff_t i = 0; i < count; ++i) {
-    const float s = saturation[i], v = value[i];
-    const float sixths = (hue[i] == 360.0f ? 0.0f : hue[i]) / 60.0f;
-    const int sextant = static_cast<int>(sixths);
-    const float f = sixths - static_cast<float>(sextant);
-    const float share = sextant % 2 == 0 ? 1.0f - f : f;
-    const int largest = ToByte(v), least = ToByte(v * (1.0f - s)), middle = ToByte(v * (1.0f - s * share));
-    const auto choose = [=](int middleFirst, int largestFirst) {
-      const int isMiddle = Mask((sextant == middleFirst) | (sextant == (middleFirst + 3) % 6));
-      const int isLargest = Mask((sextant == largestFirst) | (sextant == (largestFirst + 1) % 6));
-      return static_cast<unsigned char>((middle & isMiddle) | (largest & isLargest) |
-                                        (least & ~(isMiddle | isLargest)));
-    };
-    red[i] = choose(1, 5);
-    green[i] = choose(0, 1);
-    blue[i] = choose(2, 3);
-  }
+void FromHsvTo(ChannelSet& picture, std::ptrdiff_t first, const float* hue, const float* saturation, const float* value,
+               std::ptrdiff_t count) {
+  ActiveKernels().pixel.fromHsv(hue, saturation, value, picture.planes(0).data() + first,
+                                picture.planes(1).data() + first, picture.planes(2).data() + first, count);
 }
 
 // The picture with the values that newValues(first, count, values) puts in the place of the old ones. The three floats
@@ -65,11 +32,9 @@ ChannelSet WithValues(const ChannelSet& picture, const NewValues& newValues) {
     float hue[kRun], saturation[kRun], value[kRun];
     for (std::ptrdiff_t first = bandFirst, end = bandFirst + bandCount; first < end; first += kRun) {
       const std::ptrdiff_t count = std::min(kRun, end - first);
-      ToHsvRun(picture.planes(0).data() + first, picture.planes(1).data() + first, picture.planes(2).data() + first,
-               hue, saturation, value, count);
+      ToHsvFrom(picture, first, hue, saturation, value, count);
       newValues(first, count, value);
-      FromHsvRun(hue, saturation, value, result.planes(0).data() + first, result.planes(1).data() + first,
-                 result.planes(2).data() + first, count);
+      FromHsvTo(result, first, hue, saturation, value, count);
     }
   });
   return result;
@@ -89,8 +54,8 @@ FloatChannelSet RgbToHsv(const ChannelSet& picture) {
   assert(picture.HasMode("RGB"));
   FloatChannelSet hsv("HSV", picture.width(), picture.height());
   ForSampleBands(picture.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    ToHsvRun(picture.planes(0).data() + first, picture.planes(1).data() + first, picture.planes(2).data() + first,
-             hsv.planes(0).data() + first, hsv.planes(1).data() + first, hsv.planes(2).data() + first, count);
+    ToHsvFrom(picture, first, hsv.planes(0).data() + first, hsv.planes(1).data() + first, hsv.planes(2).data() + first,
+              count);
   });
   return hsv;
 }
@@ -99,9 +64,8 @@ ChannelSet HsvToRgb(const FloatChannelSet& hue, const FloatChannelSet& saturatio
   assert(SameSize(hue.planes(0), saturation.planes(0)) && SameSize(hue.planes(0), value.planes(0)));
   ChannelSet picture("RGB", hue.width(), hue.height());
   ForSampleBands(hue.planes(0), [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    FromHsvRun(hue.planes(0).data() + first, saturation.planes(0).data() + first, value.planes(0).data() + first,
-               picture.planes(0).data() + first, picture.planes(1).data() + first, picture.planes(2).data() + first,
-               count);
+    FromHsvTo(picture, first, hue.planes(0).data() + first, saturation.planes(0).data() + first,
+              value.planes(0).data() + first, count);
   });
   return picture;
 }

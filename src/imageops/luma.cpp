@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 
+#include "imageops/window_kernels_dispatch.h"
 #include "render/bands.h"
 
 namespace quentara {
@@ -10,28 +11,15 @@ namespace {
 
 using Byte = unsigned char;
 
-struct LumaWeights {
-  float red, green, blue;
-};
+using LumaWeights = float[3];
 constexpr LumaWeights kBt709 = {0.2126f, 0.7152f, 0.0722f};
 constexpr LumaWeights kBt601 = {0.299f, 0.587f, 0.114f};
 
-struct Pixels {
-  const Byte* red;
-  const Byte* green;
-  const Byte* blue;
-};
-
-Pixels PixelsFrom(const ChannelSet& picture, std::ptrdiff_t first) {
+RgbRun PixelsFrom(const ChannelSet& picture, std::ptrdiff_t first) {
   return {picture.planes(0).data() + first, picture.planes(1).data() + first, picture.planes(2).data() + first};
 }
 
-void LumaRun(const LumaWeights& weights, const Pixels& in, Byte* __restrict luma, std::ptrdiff_t count) {
-  for (std::ptrdiff_t i = 0; i < count; ++i)
-    luma[i] = ToByte(weights.red * in.red[i] + weights.green * in.green[i] + weights.blue * in.blue[i]);
-}
-
-void BrightestRun(const Pixels& in, Byte* __restrict brightest, std::ptrdiff_t count) {
+void BrightestRun(const RgbRun& in, Byte* __restrict brightest, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) brightest[i] = std::max(std::max(in.red[i], in.green[i]), in.blue[i]);
 }
 
@@ -42,7 +30,7 @@ void FillLuma(const LumaWeights& weights, const ChannelSet& picture, BytePlane& 
     return;
   }
   ForSampleBands(luma, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-    LumaRun(weights, PixelsFrom(picture, first), luma.data() + first, count);
+    ActiveKernels().pixel.luma(weights, PixelsFrom(picture, first), luma.data() + first, count);
   });
 }
 
@@ -58,7 +46,7 @@ BytePlane PlaneOf(const ChannelSet& picture) {
 }
 
 // The channels moved as they are; true when one of them left 0..255 and so lost bits.
-bool MoveRun(const Pixels& in, const Byte* oldLuma, const Byte* newLuma, Byte* __restrict red, Byte* __restrict green,
+bool MoveRun(const RgbRun& in, const Byte* oldLuma, const Byte* newLuma, Byte* __restrict red, Byte* __restrict green,
              Byte* __restrict blue, std::ptrdiff_t count) {
   short seen = 0;
   for (std::ptrdiff_t i = 0; i < count; ++i) {
@@ -75,7 +63,7 @@ bool MoveRun(const Pixels& in, const Byte* oldLuma, const Byte* newLuma, Byte* _
 
 // The channels moved and pulled back into range. Where a step is not due its result is not taken, and its divisor is 1
 // so that it cannot be zero.
-void PullRun(const Pixels& in, const Byte* oldLuma, const Byte* newLuma, Byte* __restrict red, Byte* __restrict green,
+void PullRun(const RgbRun& in, const Byte* oldLuma, const Byte* newLuma, Byte* __restrict red, Byte* __restrict green,
              Byte* __restrict blue, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
     const int move = newLuma[i] - oldLuma[i];
@@ -142,7 +130,7 @@ ChannelSet ReplaceLuma(const ChannelSet& picture, const BytePlane& oldLuma, cons
     // Most pixels stay in range: only a short run with one that does not is done again, the dear way.
     constexpr std::ptrdiff_t kRun = 128;
     for (std::ptrdiff_t first = bandFirst, end = bandFirst + bandCount; first < end; first += kRun) {
-      const Pixels in = PixelsFrom(picture, first);
+      const RgbRun in = PixelsFrom(picture, first);
       const Byte* const before = oldLuma.data() + first;
       const Byte* const after = newLuma.data() + first;
       Byte* const red = result.planes(0).data() + first;

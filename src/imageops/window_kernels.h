@@ -1,5 +1,5 @@
-/// The inner loops of the window filters, built once per instruction set from the same sources. All sets give the same
-/// bytes. See `window_kernels_dispatch.h` for the choice.
+/// The inner loops of the window filters and of the dearest steps from pixel to pixel, built once per instruction set
+/// from the same sources. All sets give the same bytes. See `window_kernels_dispatch.h` for the choice.
 #pragma once
 
 // Included by sources that are built for one instruction set: declarations only, and no headers with inline functions.
@@ -229,6 +229,37 @@ struct RotationKernels {
                  int count, uint8_t* result);
 };
 
+/// The three channels of a run of pixels.
+struct RgbRun {
+  const uint8_t* red;
+  const uint8_t* green;
+  const uint8_t* blue;
+};
+
+/// Where the pixels of a row fall in the cells of a screen: fractions of a cell, in 2^-32, that wrap with it.
+struct ScreenRow {
+  uint32_t firstU, stepU;  ///< of pixel 0 and from one pixel to the next, across the cell
+  uint32_t firstV, stepV;  ///< and down the cell
+  uint32_t cell;           ///< pixels, 1..64
+  uint32_t edge;           ///< how near to the next pixel of the cell a place is not sure, in 2^-32 pixels
+};
+
+/// From pixel to pixel, for `count` of them; what comes out overlaps nothing that goes in.
+struct PixelKernels {
+  /// luma[i] = trunc(red * R + green * G + blue * B + 0.5), with weights[0], [1] and [2] for the three.
+  void (*luma)(const float* weights, const RgbRun& in, uint8_t* luma, ptrdiff_t count);
+  /// mapped[i] = map[samples[i]]; in place, too.
+  void (*mapBytes)(const uint8_t* map, const uint8_t* samples, uint8_t* mapped, ptrdiff_t count);
+  /// As hsv.h defines both ways.
+  void (*toHsv)(const uint8_t* red, const uint8_t* green, const uint8_t* blue, float* hue, float* saturation,
+                float* value, ptrdiff_t count);
+  void (*fromHsv)(const float* hue, const float* saturation, const float* value, uint8_t* red, uint8_t* green,
+                  uint8_t* blue, ptrdiff_t count);
+  /// places[i] = row of the cell * cell + column, of pixel first + i; unsure[i] = whether one of them is not sure.
+  /// Whether there is any.
+  bool (*screenPlaces)(const ScreenRow& row, int first, uint16_t* places, uint32_t* unsure, int count);
+};
+
 struct WindowKernels {
   const char* name;
   const ColumnKernels& columns;
@@ -243,6 +274,7 @@ struct WindowKernels {
   const BoxKernels& box;
   const DiamondKernels& diamond;
   const RotationKernels& rotation;
+  const PixelKernels& pixel;
 };
 
 }  // namespace quentara

@@ -15,6 +15,7 @@ extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
 extern const DiamondKernels kDiamondKernels;
 extern const RotationKernels kRotationKernels;
+extern const PixelKernels kPixelKernels;
 }  // namespace baseline
 
 namespace avx2 {
@@ -28,6 +29,7 @@ extern const ExtremeKernels kLargestKernels, kSmallestKernels;
 extern const BoxKernels kBoxKernels;
 extern const DiamondKernels kDiamondKernels;
 extern const RotationKernels kRotationKernels;
+extern const PixelKernels kPixelKernels;
 }  // namespace avx2
 
 namespace avx512 {
@@ -37,6 +39,7 @@ extern const DirectKernels kDirectKernels;
 extern const DistanceKernels kDistanceKernels;
 extern const QuadKernels kQuadKernels;
 extern const ExtremeKernels kLargestKernels, kSmallestKernels;
+extern const PixelKernels kPixelKernels;
 }  // namespace avx512
 
 namespace {
@@ -55,7 +58,8 @@ const WindowKernels plain = {"baseline",
                              baseline::kSmallestKernels,
                              baseline::kBoxKernels,
                              baseline::kDiamondKernels,
-                             baseline::kRotationKernels};
+                             baseline::kRotationKernels,
+                             baseline::kPixelKernels};
 const WindowKernels wide = {"avx2",
                             avx2::kColumnKernels,
                             avx2::kHistogramKernels,
@@ -68,7 +72,8 @@ const WindowKernels wide = {"avx2",
                             avx2::kSmallestKernels,
                             avx2::kBoxKernels,
                             avx2::kDiamondKernels,
-                            avx2::kRotationKernels};
+                            avx2::kRotationKernels,
+                            avx2::kPixelKernels};
 // Networks, bisection, box means, diamonds and rotations gain nothing by wider registers.
 const WindowKernels widest = {"avx512",
                               avx512::kColumnKernels,
@@ -82,7 +87,8 @@ const WindowKernels widest = {"avx512",
                               avx512::kSmallestKernels,
                               avx2::kBoxKernels,
                               avx2::kDiamondKernels,
-                              avx2::kRotationKernels};
+                              avx2::kRotationKernels,
+                              avx512::kPixelKernels};
 
 std::vector<const WindowKernels*> FindRunnable() {
   std::vector<const WindowKernels*> sets = {&plain};

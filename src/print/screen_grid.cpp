@@ -4,6 +4,8 @@
 #include <cassert>
 #include <cmath>
 
+#include "imageops/window_kernels_dispatch.h"
+
 namespace quentara {
 namespace {
 
@@ -56,23 +58,13 @@ std::uint16_t ScreenGrid::PolarPlace(int y, int x) const {
 }
 
 void ScreenGrid::PlacesOfRow(int y, std::uint16_t* places) const {
-  const std::uint32_t stepU = PhaseOf(cosine_), stepV = PhaseOf(sine_);
-  const std::uint32_t firstU = PhaseOf(0.5 - y * sine_), firstV = PhaseOf(0.5 + y * cosine_);
-  const std::uint64_t cell = static_cast<std::uint64_t>(cell_);
-  const std::uint32_t edge = edge_, edges = 2 * edge;
+  const ScreenRow row = {PhaseOf(0.5 - y * sine_),          PhaseOf(cosine_),
+                         PhaseOf(0.5 + y * cosine_),        PhaseOf(sine_),
+                         static_cast<std::uint32_t>(cell_), edge_};
   for (int start = 0; start < width_; start += kRun) {
     const int count = std::min(kRun, width_ - start);
-    std::uint32_t onEdge[kRun], anyOnEdge = 0;
-    for (int i = 0; i < count; ++i) {
-      const std::uint32_t x = static_cast<std::uint32_t>(start + i);
-      // The upper half of a phase times the cell is the place, the lower half how far the pixel lies into it.
-      const std::uint64_t u = (firstU + x * stepU) * cell, v = (firstV + x * stepV) * cell;
-      onEdge[i] = static_cast<std::uint32_t>(static_cast<std::uint32_t>(u) + edge <= edges) |
-                  static_cast<std::uint32_t>(static_cast<std::uint32_t>(v) + edge <= edges);
-      anyOnEdge |= onEdge[i];
-      places[start + i] = static_cast<std::uint16_t>((v >> 32) * cell + (u >> 32));
-    }
-    if (anyOnEdge == 0) continue;
+    std::uint32_t onEdge[kRun];
+    if (!ActiveKernels().pixel.screenPlaces(row, start, places + start, onEdge, count)) continue;
     for (int i = 0; i < count; ++i)
       if (onEdge[i] != 0) places[start + i] = PolarPlace(y, start + i);
   }
