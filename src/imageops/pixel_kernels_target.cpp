@@ -36,6 +36,25 @@ void MapBytes(const uint8_t* map, const uint8_t* samples, uint8_t* mapped, ptrdi
   for (; i < count; ++i) mapped[i] = map[samples[i]];
 }
 
+// With red the largest channel, `lead` is its distance to the middle one and `reach` that of the middle one to the
+// least. All conditions are looked at, so that the loop has no branch, and 16 bits hold every number.
+void MarkSkin(const RgbRun& in, uint8_t* __restrict marks, ptrdiff_t count) {
+  const RgbRun run = in;
+  const auto narrow = [](int number) { return static_cast<int16_t>(number); };
+  for (ptrdiff_t i = 0; i < count; ++i) {
+    const int16_t red = run.red[i], green = run.green[i], blue = run.blue[i];
+    const int16_t middle = green < blue ? blue : green, least = green < blue ? green : blue;
+    const int16_t lead = narrow(red - middle), reach = narrow(middle - least);
+    const auto reaches = [&](int times) { return narrow(narrow(times * lead) >= reach); };
+    const int16_t bright = narrow((red >= 100) & (narrow(4 * red) < narrow(9 * middle)) & (narrow(blue - green) <= 50));
+    const int16_t coloured = narrow((lead > 0) & (lead < 101) & ((lead >= 11) | (reach >= 11)));
+    const int16_t paleRed = narrow((red > 190) & (lead > 5));
+    const int16_t orange = narrow(reaches(5) | (~paleRed & reaches(10)));
+    const int16_t hue = narrow(((green >= blue) & orange) | ((green < blue) & reaches(2)));
+    marks[i] = static_cast<uint8_t>(bright & coloured & hue);
+  }
+}
+
 // The third of the circle is chosen before the division, so that the loop has no branch and one quotient for the hue.
 void ToHsv(const uint8_t* red, const uint8_t* green, const uint8_t* blue, float* __restrict hue,
            float* __restrict saturation, float* __restrict value, ptrdiff_t count) {
@@ -100,6 +119,6 @@ bool ScreenPlaces(const ScreenRow& row, int first, uint16_t* __restrict places, 
 }  // namespace
 
 extern const PixelKernels kPixelKernels;
-const PixelKernels kPixelKernels = {Luma, MapBytes, ToHsv, FromHsv, ScreenPlaces};
+const PixelKernels kPixelKernels = {Luma, MapBytes, MarkSkin, ToHsv, FromHsv, ScreenPlaces};
 
 }  // namespace quentara::KERNEL_TARGET

@@ -8,28 +8,11 @@
 #include <cstdlib>
 
 #include "imageops/histogram.h"
+#include "imageops/window_kernels_dispatch.h"
 #include "render/bands.h"
 
 namespace quentara {
 namespace {
-
-// Free of branches, so that a row of it runs in vector lanes. With red the largest channel, `lead` is its distance to
-// the middle one and `reach` that of the middle one to the least.
-bool IsSkin(int red, int green, int blue) {
-  const int middle = std::max(green, blue);
-  const int lead = red - middle, reach = middle - std::min(green, blue);
-  const bool bright = (red >= 100) & (4 * red < 9 * middle) & (blue - green <= 50);
-  const bool coloured = (lead > 0) & (lead < 101) & ((lead >= 11) | (reach >= 11));
-  const bool paleRed = (red > 190) & (lead > 5);
-  const bool orange = (5 * lead >= reach) | (!paleRed & (10 * lead >= reach));
-  const bool pink = 2 * lead >= reach;
-  return bright & coloured & (((green >= blue) & orange) | ((green < blue) & pink));
-}
-
-void MarkSkinRow(const unsigned char* red, const unsigned char* green, const unsigned char* blue,
-                 unsigned char* __restrict marks, int width) {
-  for (int x = 0; x < width; ++x) marks[x] = IsSkin(red[x], green[x], blue[x]);
-}
 
 // The sums are exact and each mean is rounded once: a running sum of floats would stall on a large plane.
 Tones TonesOfPlane(const BytePlane& plane) {
@@ -74,7 +57,7 @@ PointList SkinPointList(const BytePlane& red, const BytePlane& green, const Byte
     std::vector<unsigned char> marks(static_cast<std::size_t>(width));
     PointList rowPoints(static_cast<std::size_t>(width) + 1);
     for (int y = firstRow(index); y < firstRow(index + 1); ++y) {
-      MarkSkinRow(Row(red, y), Row(green, y), Row(blue, y), marks.data(), width);
+      ActiveKernels().pixel.markSkin({Row(red, y), Row(green, y), Row(blue, y)}, marks.data(), width);
       // Every pixel is written and the next one overwrites it unless it is skin: the test of a branch would often miss.
       std::size_t found = 0;
       for (int x = 0; x < width; found += marks[static_cast<std::size_t>(x++)]) rowPoints[found] = y * width + x;

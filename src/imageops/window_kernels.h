@@ -250,6 +250,8 @@ struct PixelKernels {
   void (*luma)(const float* weights, const RgbRun& in, uint8_t* luma, ptrdiff_t count);
   /// mapped[i] = map[samples[i]]; in place, too.
   void (*mapBytes)(const uint8_t* map, const uint8_t* samples, uint8_t* mapped, ptrdiff_t count);
+  /// marks[i] = 1 for a pixel of the colour of skin, as skin_tones.h defines it, else 0.
+  void (*markSkin)(const RgbRun& in, uint8_t* marks, ptrdiff_t count);
   /// As hsv.h defines both ways.
   void (*toHsv)(const uint8_t* red, const uint8_t* green, const uint8_t* blue, float* hue, float* saturation,
                 float* value, ptrdiff_t count);

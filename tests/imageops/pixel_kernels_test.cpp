@@ -66,6 +66,10 @@ TEST_P(PixelKernelsTest, WeighMapAndTurnBytesByTheirDefinitions) {
   Bytes green = Samples(), blue = Samples();
   for (int i = 0; i < kPixels; i += 3) green[i] = i % 2 == 0 ? red[i] : blue[i];  // greys and ties of two channels
   for (int i = 0; i < kPixels; i += 6) blue[i] = red[i];
+  Bytes marks(kPixels), plainMarks(kPixels);
+  kernels_.markSkin({red.data(), green.data(), blue.data()}, marks.data(), kPixels);
+  RunnableKernels()[0]->pixel.markSkin({red.data(), green.data(), blue.data()}, plainMarks.data(), kPixels);
+  EXPECT_EQ(plainMarks, marks);
   const float weights[] = {0.2126f, 0.7152f, 0.0722f};
   Bytes luma(kPixels), mapped(kPixels);
   Floats hue(kPixels), saturation(kPixels), value(kPixels);
