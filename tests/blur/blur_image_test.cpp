@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "blur/supersmart_blur.h"
 #include "imageops/luma.h"
 #include "imageops/window_definitions.h"
@@ -22,54 +24,78 @@ BytePlane BlurredByDefinition(const BlurSettings& settings, const BytePlane& pla
   for (int i = 0; i < passes; ++i) {
     const LineDirection direction = i % 2 == 0 ? LineDirection::Vertical : LineDirection::Horizontal;
     const Reach reach = high ? Square(settings.radius) : Line(settings.radius, direction);
-    const BytePlane centre(gaussian ? plane.copy() : values.copy());
-    values.reference(RangeMeanByDefinition(reach, centre, values, settings.thresh));
+    values.reference(RangeMeanByDefinition(reach, gaussian ? plane : values, values, settings.thresh));
   }
   return values;
 }
 
 TEST(BlurImage, EqualsItsDefinitionInEveryTypeAndModeWithAnyWorkers) {
-  std::mt19937 rng(1);
-  for (const auto& [height, width] : {std::pair{1, 1}, {1, 23}, {23, 1}, {37, 20}})
+  ForPictures([](const ChannelSet& image, int radius) {
     for (const BlurType type : {BlurType::Gaussian, BlurType::Box})
       for (const int quality : {kFast, kHigh}) {
-        const BlurSettings settings = RangeBlur(type, quality, 2, 25);
-        const ChannelSet image = RandomPicture(height, width, rng);
+        SCOPED_TRACE(testing::Message() << "type " << static_cast<int>(type) << " quality " << quality);
+        const BlurSettings settings = RangeBlur(type, quality, radius, 25);
         const BytePlane luma(LumaPlane709(image));
-        const ChannelSet byLuma = ReplaceLuma(image, luma, BlurredByDefinition(settings, luma));
-        ChannelSet byChannel = image;
-        for (int i = 0; i < 3; ++i) byChannel.planes(i).reference(BlurredByDefinition(settings, image.planes(i)));
-        const ChannelSet grey("L", image.width(), image.height(), image.planes(2));
-        SCOPED_TRACE(testing::Message() << height << "x" << width << " type " << static_cast<int>(type) << " quality "
-                                        << quality);
-        ExpectWithAnyWorkers(byLuma, [&] { return BlurImage(settings, LumaMode, image); });
+        const ChannelSet byChannel = Rgb([&](int i) { return BlurredByDefinition(settings, image.planes(i)); });
+        ExpectWithAnyWorkers(ReplaceLuma(image, luma, BlurredByDefinition(settings, luma)),
+                             [&] { return BlurImage(settings, LumaMode, image); });
         ExpectWithAnyWorkers(byChannel, [&] { return BlurImage(settings, ChannelMode, image); });
         for (const BlurMode mode : {LumaMode, ChannelMode})
-          ExpectWithAnyWorkers(byChannel.planes(2),
-                               [&] { return BytePlane(BlurImage(settings, mode, grey).planes(0)); });
+          ExpectWithAnyWorkers(Grey(byChannel.planes(2)),
+                               [&] { return BlurImage(settings, mode, Grey(image.planes(2))); });
       }
+  });
 }
 
-TEST(BlurImage, HandsSupersmartItsThreeNumbersInBothModes) {
+BytePlane SupersmartByDefinition(float blurring, int testRadius, int blurRadius, const BytePlane& plane) {
+  const FloatPlane deviations(
+      MedianDeviationByDefinition(Square(testRadius), plane, MedianByDefinition(Square(testRadius), plane)));
+  const float least = blitz::min(deviations), largest = std::max(1e-6f, blitz::max(deviations));
+  const auto mix = [&](float sample, float deviation, float median) {
+    const float share = (deviation - least) / largest;
+    const float weight = static_cast<float>(std::pow(double{share}, double{blurring}));
+    return sample * weight + median * (1.0f - weight) + 0.5f;
+  };
+  return EachPixel(mix, plane, deviations, MedianByDefinition(Square(blurRadius), plane));
+}
+
+TEST(SupersmartBlur, EqualsItsDefinitionOnEachPlaneInBothModesWithAnyWorkers) {
+  ForPictures([](ChannelSet image, int) {
+    image.planes(1) = 90;  // flat: it keeps its values beside the others
+    const BytePlane luma(LumaPlane709(image));
+    for (const float blurring : {0.05f, 0.25f, 1.0f})
+      for (const auto& [test, blur] : {std::pair{2, 2}, {1, 4}, {5, 3}}) {
+        SCOPED_TRACE(testing::Message() << "blurring " << blurring << " radii " << test << " " << blur);
+        const BlurSettings settings{BlurType::Supersmart, 9, 3, kHigh, blurring, test, blur};
+        const auto blurred = [&, r1 = test, r2 = blur](const BytePlane& plane) {
+          return SupersmartByDefinition(blurring, r1, r2, plane);
+        };
+        const ChannelSet expected = Rgb([&](int i) { return blurred(image.planes(i)); });
+        EXPECT_EQ("", FirstDifference(image.planes(1), expected.planes(1)));
+        ExpectWithAnyWorkers(expected, [&] { return BlurImage(settings, ChannelMode, image); });
+        ExpectWithAnyWorkers(ReplaceLuma(image, luma, blurred(luma)),
+                             [&] { return BlurImage(settings, LumaMode, image); });
+      }
+  });
+}
+
+TEST(SupersmartBlur, AtZeroRunsNothingButTheFirstStopCheck) {
   std::mt19937 rng(2);
-  const ChannelSet image = RandomPicture(30, 26, rng);
-  const BlurSettings settings{BlurType::Supersmart, 9, 3, kHigh, 0.5f, 2, 4};
-  EXPECT_EQ("", FirstDifference(SupersmartBlur(0.5f, 2, 4, image), BlurImage(settings, ChannelMode, image)));
-  const BytePlane luma(LumaPlane709(image));
-  const ChannelSet blurred = SupersmartBlur(0.5f, 2, 4, ChannelSet("L", 26, 30, luma));
-  EXPECT_EQ("", FirstDifference(ReplaceLuma(image, luma, blurred.planes(0)), BlurImage(settings, LumaMode, image)));
+  const ChannelSet image = RandomPicture(15, 11, rng);
+  EXPECT_EQ("", FirstDifference(image, SupersmartBlur(0.0f, 5, 10, image)));
+  EXPECT_EQ("", StopsAtEachOf(1, [&] { SupersmartBlur(0.0f, 5, 10, image); }));
 }
 
 TEST(BlurImage, StopsAfterAnyPass) {
   std::mt19937 rng(3);
   const ChannelSet image = RandomPicture(12, 12, rng);
-  const auto run = [&](BlurType type, int quality) {
-    return [&image, type, quality] { BlurImage(RangeBlur(type, quality, 1, 20), ChannelMode, image); };
-  };
-  EXPECT_EQ("", StopsAtEachOf(3, run(BlurType::Gaussian, kHigh)));
-  EXPECT_EQ("", StopsAtEachOf(4, run(BlurType::Gaussian, kFast)));
-  EXPECT_EQ("", StopsAtEachOf(2, run(BlurType::Box, kFast)));
-  EXPECT_EQ("", StopsAtEachOf(4, run(BlurType::Supersmart, kFast)));
+  for (const auto& [checks, type, quality] : {std::tuple{3, BlurType::Gaussian, kHigh},
+                                              {4, BlurType::Gaussian, kFast},
+                                              {2, BlurType::Box, kFast},
+                                              {4, BlurType::Supersmart, kFast}}) {
+    const BlurSettings settings = RangeBlur(type, quality, 1, 20);
+    EXPECT_EQ("", StopsAtEachOf(checks, [&] { BlurImage(settings, ChannelMode, image); }));
+  }
 }
 
 }  // namespace

@@ -7,8 +7,7 @@
 #include "imageops/hsv.h"
 #include "imageops/luma.h"
 #include "imageops/luma_chroma.h"
-#include "render/standalone_host.h"
-#include "support/planes.h"
+#include "support/expect_styles.h"
 
 namespace quentara {
 namespace {
@@ -16,9 +15,7 @@ namespace {
 using Pixel = std::array<int, 3>;
 
 ChannelSet OnePixel(const Pixel& pixel) {
-  ChannelSet picture("RGB", 1, 1);
-  for (int i = 0; i < 3; ++i) picture.planes(i)(0, 0) = static_cast<unsigned char>(pixel[static_cast<std::size_t>(i)]);
-  return picture;
+  return Rgb([&](int i) { return PlaneOf(1, 1, [&](int, int) { return pixel[static_cast<std::size_t>(i)]; }); });
 }
 
 Pixel PixelAt(const ChannelSet& picture, int y, int x) {
@@ -43,8 +40,8 @@ TEST(Luma, RoundsTheWeightedSumOfEachStandardAndFindsTheBrightest) {
   std::mt19937 rng(1);
   const ChannelSet picture = RandomPicture(40, 61, rng);
   const BytePlane hd(LumaPlane709(picture)), sd(LumaPlane601(picture)), brightest(BrightestPlane(picture));
-  EXPECT_EQ("", FirstDifference(sd, LumaImage601(picture).planes(0)));
-  EXPECT_EQ("", FirstDifference(hd, LumaImage709(picture).planes(0)));
+  EXPECT_EQ("", FirstDifference(Grey(sd), LumaImage601(picture)));
+  EXPECT_EQ("", FirstDifference(Grey(hd), LumaImage709(picture)));
   for (int y = 0; y < 40; ++y)
     for (int x = 0; x < 61; ++x) {
       const auto [r, g, b] = PixelAt(picture, y, x);
@@ -52,26 +49,25 @@ TEST(Luma, RoundsTheWeightedSumOfEachStandardAndFindsTheBrightest) {
       EXPECT_NEAR(0.299 * r + 0.587 * g + 0.114 * b, sd(y, x), 0.5001);
       EXPECT_EQ(std::max({r, g, b}), brightest(y, x));
     }
-  const ChannelSet grey("L", 61, 40, picture.planes(2));
+  const ChannelSet grey = Grey(picture.planes(2));
   EXPECT_EQ("", FirstDifference(picture.planes(2), LumaPlane709(grey)));
   EXPECT_EQ("", FirstDifference(grey, LumaImage601(grey)));
 }
 
 TEST(ReplaceLuma, EqualsItsDefinitionWithAnyWorkers) {
   std::mt19937 rng(3);
-  for (const int workers : {1, 2, 3, 7})
-    for (const auto& [height, width] : {std::pair{1, 1}, {1, 300}, {300, 1}, {41, 67}})
-      for (const int change : {0, 3, 255}) {
-        StandaloneHost host(workers);
-        const Plugin::HostScope scope(host);
-        const ChannelSet picture = RandomPicture(height, width, rng);
-        const BytePlane before(LumaPlane709(picture)), after(RandomPlaneNear(before, change, rng));
-        const ChannelSet result = ReplaceLuma(picture, before, after);
-        for (int y = 0; y < height; ++y)
-          for (int x = 0; x < width; ++x)
-            ASSERT_EQ(ReplacedByDefinition(PixelAt(picture, y, x), before(y, x), after(y, x)), PixelAt(result, y, x))
-                << height << "x" << width << " (" << y << ", " << x << ") workers " << workers;
-      }
+  for (const auto& [height, width] : {std::pair{1, 1}, {1, 300}, {300, 1}, {41, 67}})
+    for (const int change : {0, 3, 255}) {
+      const ChannelSet picture = RandomPicture(height, width, rng);
+      const BytePlane before(LumaPlane709(picture)), after(RandomPlaneNear(before, change, rng));
+      const ChannelSet expected = Rgb([&, h = height, w = width](std::size_t i) {
+        return PlaneOf(h, w, [&](int y, int x) {
+          return ReplacedByDefinition(PixelAt(picture, y, x), before(y, x), after(y, x))[i];
+        });
+      });
+      SCOPED_TRACE(testing::Message() << height << "x" << width << " change " << change);
+      ExpectWithAnyWorkers(expected, [&] { return ReplaceLuma(picture, before, after); });
+    }
 }
 
 TEST(Hsv, PlacesTheHuesAndComesBack) {
@@ -82,15 +78,13 @@ TEST(Hsv, PlacesTheHuesAndComesBack) {
   EXPECT_EQ(0.0f, RgbToHsv(OnePixel({0, 0, 0})).planes(1)(0, 0));
   EXPECT_EQ(0.75f, RgbToHsv(OnePixel({200, 50, 100})).planes(1)(0, 0));
 
-  std::mt19937 rng(4);
-  for (const int workers : {1, 3}) {
-    StandaloneHost host(workers);
-    const Plugin::HostScope scope(host);
-    const ChannelSet picture = RandomPicture(80, 90, rng);
-    const auto parts = RgbToHsv(picture).Split();
-    EXPECT_EQ("", FirstDifference(picture, HsvToRgb(parts[0], parts[1], parts[2])));
-    for (const float degrees : parts[0].planes(0)) ASSERT_TRUE(degrees >= 0.0f && degrees < 360.0f) << degrees;
-  }
+  ForPictures([](const ChannelSet& picture, int) {
+    ExpectWithAnyWorkers(picture, [&] {
+      const auto parts = RgbToHsv(picture).Split();
+      for (const float degrees : parts[0].planes(0)) EXPECT_TRUE(degrees >= 0.0f && degrees < 360.0f) << degrees;
+      return HsvToRgb(parts[0], parts[1], parts[2]);
+    });
+  });
 }
 
 TEST(Hsv, TakesAFullTurnForNone) {
@@ -101,19 +95,32 @@ TEST(Hsv, TakesAFullTurnForNone) {
   EXPECT_EQ((Pixel{200, 0, 0}), PixelAt(HsvToRgb(hue, saturation, value), 0, 0));
 }
 
+TEST(ReplaceValue, EqualsTheRoadThroughHsv) {
+  std::mt19937 rng(41);
+  ValueMap map;
+  for (std::size_t i = 0; i < map.size(); ++i) map[i] = static_cast<float>((i * 73) % 256) * 0.99f;
+  for (const auto& [height, width] : {std::pair{1, 1}, {3, 700}, {33, 40}}) {
+    const ChannelSet picture = RandomPicture(height, width, rng);
+    const auto replaced = [&](const FloatPlane& value) {
+      const std::vector<FloatChannelSet> hsv = RgbToHsv(picture).Split();
+      return HsvToRgb(hsv[0], hsv[1], FloatChannelSet("L", picture.width(), picture.height(), value));
+    };
+    const BytePlane bytes(RandomPlane(height, width, rng));
+    const FloatPlane floats(0.37f * bytes), whole(1.0f * bytes);
+    const FloatPlane mapped(EachPixel<float>([&](std::size_t v) { return map[v]; }, BrightestPlane(picture)));
+    ExpectWithAnyWorkers(replaced(floats), [&] { return ReplaceValue(picture, floats); });
+    ExpectWithAnyWorkers(replaced(whole), [&] { return ReplaceValue(picture, bytes); });
+    ExpectWithAnyWorkers(replaced(mapped), [&] { return MapValue(picture, map); });
+  }
+}
+
 TEST(Luma709, KeepsTheRoundingAndComesBack) {
   EXPECT_NEAR(54.713f, FloatLuma709(OnePixel({255, 0, 0}))(0, 0), 1e-4f);
-  FloatPlane beyondWhite(1, 1);
-  beyondWhite = 300.0f;
+  const FloatPlane beyondWhite(PlaneOf<float>(1, 1, [](int, int) { return 300.0f; }));
   EXPECT_EQ((Pixel{99, 255, 255}), PixelAt(WithLuma709(OnePixel({0, 255, 255}), beyondWhite), 0, 0));
-
-  std::mt19937 rng(5);
-  for (const int workers : {1, 3}) {
-    StandaloneHost host(workers);
-    const Plugin::HostScope scope(host);
-    const ChannelSet picture = RandomPicture(31, 50, rng);
-    EXPECT_EQ("", FirstDifference(picture, WithLuma709(picture, FloatPlane(FloatLuma709(picture) - 0.5f))));
-  }
+  ForPictures([](const ChannelSet& picture, int) {
+    ExpectWithAnyWorkers(picture, [&] { return WithLuma709(picture, FloatPlane(FloatLuma709(picture) - 0.5f)); });
+  });
 }
 
 }  // namespace

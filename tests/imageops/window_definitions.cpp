@@ -2,31 +2,34 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <numeric>
 #include <vector>
+
+#include "support/planes.h"
 
 namespace quentara {
 namespace {
 
-using Samples = std::vector<int>;
+using Samples = std::vector<unsigned char>;
 
-template <class Result, class Judge>
+// A plane of judge(y, x, window).
+template <class Result = unsigned char, class Judge>
 Plane<Result> JudgeWindows(Reach reach, const BytePlane& values, const Judge& judge) {
-  Plane<Result> result(values.rows(), values.cols());
+  const int lastRow = values.rows() - 1, lastColumn = values.cols() - 1;
   Samples window;
-  for (int y = 0; y < values.rows(); ++y)
-    for (int x = 0; x < values.cols(); ++x) {
-      window.clear();
-      for (int j = y - reach.rows; j <= y + reach.rows; ++j)
-        for (int i = x - reach.columns; i <= x + reach.columns; ++i)
-          if (j >= 0 && j < values.rows() && i >= 0 && i < values.cols() &&
-              std::abs(j - y) + std::abs(i - x) <= reach.steps)
-            window.push_back(values(j, i));
-      result(y, x) = static_cast<Result>(judge(y, x, window));
+  return PlaneOf<Result>(lastRow / reach.every + 1, lastColumn / reach.every + 1, [&](int row, int column) {
+    const int y = row * reach.every, x = column * reach.every;
+    window.clear();
+    for (int j = std::max(y - reach.rows, 0); j <= std::min(y + reach.rows, lastRow); ++j) {
+      const int columns = std::min(reach.columns, reach.steps - std::abs(j - y));
+      const unsigned char* const samples = Row(values, j);
+      window.insert(window.end(), samples + std::max(x - columns, 0), samples + std::min(x + columns, lastColumn) + 1);
     }
-  return result;
+    return judge(y, x, window);
+  });
 }
 
-int OfRank(Samples& samples, std::size_t rank) {
+unsigned char OfRank(Samples& samples, std::size_t rank) {
   std::nth_element(samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(rank), samples.end());
   return samples[rank];
 }
@@ -38,12 +41,12 @@ void KeepNear(int centre, int limit, Samples& samples) {
 
 }  // namespace
 
-Reach Square(int radius) {
-  return {radius, radius, 2 * radius};
+Reach Square(int radius, int every) {
+  return {radius, radius, 2 * radius, every};
 }
 
-Reach Diamond(int radius) {
-  return {radius, radius, radius};
+Reach Diamond(int radius, int every) {
+  return {radius, radius, radius, every};
 }
 
 Reach Line(int radius, LineDirection direction) {
@@ -54,7 +57,7 @@ BytePlane MedianByDefinition(Reach reach, const BytePlane& plane) {
   const auto nearEdge = [](int position, int radius, int size) {
     return position < radius || position > size - 1 - radius;
   };
-  return JudgeWindows<unsigned char>(reach, plane, [&](int y, int x, Samples& window) {
+  return JudgeWindows(reach, plane, [&](int y, int x, Samples& window) {
     const bool corner = nearEdge(y, reach.rows, plane.rows()) && nearEdge(x, reach.columns, plane.cols());
     return OfRank(window, corner ? (window.size() - 1) / 2 : window.size() / 2);
   });
@@ -62,57 +65,40 @@ BytePlane MedianByDefinition(Reach reach, const BytePlane& plane) {
 
 FloatPlane MedianDeviationByDefinition(Reach reach, const BytePlane& values, const BytePlane& medians) {
   return JudgeWindows<float>(reach, values, [&](int y, int x, const Samples& window) {
-    float sum = 0.0f;
-    for (const int v : window) sum += static_cast<float>(std::abs(v - medians(y, x)));
-    return sum / static_cast<float>(window.size());
+    const auto distance = [&](float sum, int v) { return sum + static_cast<float>(std::abs(v - medians(y, x))); };
+    return std::accumulate(window.begin(), window.end(), 0.0f, distance) / static_cast<float>(window.size());
   });
 }
 
 BytePlane RangeMeanByDefinition(Reach reach, const BytePlane& centre, const BytePlane& values, int limit) {
-  return JudgeWindows<unsigned char>(reach, values, [&](int y, int x, Samples& window) {
+  return JudgeWindows(reach, values, [&](int y, int x, Samples& window) {
     KeepNear(centre(y, x), limit, window);
-    float s = 0.0f, m = 0.0f;
-    for (const int v : window) s += static_cast<float>(v), m += 1.0f;
-    return static_cast<int>(s / m + 0.5f);
+    return std::accumulate(window.begin(), window.end(), 0.0f) / static_cast<float>(window.size()) + 0.5f;
   });
 }
 
 BytePlane RangeMedianByDefinition(Reach reach, const BytePlane& centre, const BytePlane& values, int limit) {
-  return JudgeWindows<unsigned char>(reach, values, [&](int y, int x, Samples& window) {
+  return JudgeWindows(reach, values, [&](int y, int x, Samples& window) {
     KeepNear(centre(y, x), limit, window);
     return OfRank(window, (window.size() - 1) / 2);
   });
 }
 
-BytePlane MaxByDefinition(int radius, const BytePlane& plane) {
-  return JudgeWindows<unsigned char>(Square(radius), plane, [](int, int, const Samples& window) {
-    return *std::max_element(window.begin(), window.end());
+BytePlane RangeModeByDefinition(Reach reach, const BytePlane& centre, const BytePlane& values, int limit) {
+  return JudgeWindows(reach, values, [&](int y, int x, Samples& window) {
+    KeepNear(centre(y, x), limit, window);
+    int frequency[256] = {};
+    for (const unsigned char v : window) ++frequency[v];
+    return std::max_element(frequency, frequency + 256) - frequency;  // the lowest of the most frequent
   });
 }
 
-BytePlane MinByDefinition(int radius, const BytePlane& plane) {
-  return JudgeWindows<unsigned char>(Square(radius), plane, [](int, int, const Samples& window) {
-    return *std::min_element(window.begin(), window.end());
-  });
+BytePlane MaxByDefinition(Reach reach, const BytePlane& plane) {
+  return JudgeWindows(reach, plane, [](int, int, Samples& window) { return OfRank(window, window.size() - 1); });
 }
 
-BytePlane BoxMeanByDefinition(int radius, const BytePlane& plane) {
-  return JudgeWindows<unsigned char>(Square(radius), plane, [](int, int, const Samples& window) {
-    float s = 0.0f;
-    for (const int v : window) s += static_cast<float>(v);
-    return static_cast<int>(s / static_cast<float>(window.size()) + 0.5f);
-  });
-}
-
-BytePlane RangeModeByDefinition(int radius, const BytePlane& centre, const BytePlane& values, int limit) {
-  return JudgeWindows<unsigned char>(Square(radius), values, [&](int y, int x, const Samples& window) {
-    std::vector<int> frequency(256);
-    for (const int v : window) ++frequency[static_cast<std::size_t>(v)];
-    int best = 0, mode = -1;
-    for (int v = std::max(centre(y, x) - limit, 0); v <= std::min(centre(y, x) + limit, 255); ++v)
-      if (frequency[static_cast<std::size_t>(v)] > best) best = frequency[static_cast<std::size_t>(v)], mode = v;
-    return mode;
-  });
+BytePlane MinByDefinition(Reach reach, const BytePlane& plane) {
+  return JudgeWindows(reach, plane, [](int, int, Samples& window) { return OfRank(window, 0); });
 }
 
 }  // namespace quentara

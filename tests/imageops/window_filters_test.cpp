@@ -1,10 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <functional>
-#include <vector>
-
+#include "imageops/banded_filters.h"
 #include "imageops/box_mean_filter.h"
 #include "imageops/diamond_filters.h"
 #include "imageops/max_filter.h"
@@ -15,11 +11,12 @@
 #include "imageops/window_definitions.h"
 #include "imageops/window_kernels_dispatch.h"
 #include "render/bands.h"
-#include "render/standalone_host.h"
-#include "support/planes.h"
+#include "support/expect_styles.h"
 
 namespace quentara {
 namespace {
+
+constexpr LineDirection kDirections[] = {LineDirection::Vertical, LineDirection::Horizontal};
 
 struct Case {
   int height, width, radius;
@@ -27,194 +24,138 @@ struct Case {
 
 // Every relation of plane and window: single samples, lines, planes smaller than the window, several strips of columns
 // and blocks of tiles, and the large radii at which the counters of a column or of a window are at their limits.
-std::vector<Case> Cases() {
-  std::vector<Case> cases;
+const Case kCases[] = {{3, 1400, 1},  {7, 475, 3},   {18, 340, 8}, {75, 42, 5},   {46, 77, 7},   {38, 45, 10},
+                       {38, 75, 11},  {38, 45, 17},  {61, 66, 30}, {40, 90, 35},  {5, 600, 14},  {5, 600, 60},
+                       {258, 5, 127}, {5, 230, 110}, {4, 250, 86}, {270, 3, 140}, {8, 23, 30},   {8, 23, 60},
+                       {8, 23, 91},   {8, 23, 110},  {8, 23, 128}, {8, 23, 140},  {2, 530, 127}, {50, 36, 2}};
+
+// Calls check(radius, limit, centre, values) for random and patchy planes, with values within limit of the centre.
+template <class Check>
+void ForPlanes(std::initializer_list<int> limits, const Check& check) {
+  std::vector<Case> cases(std::begin(kCases), std::end(kCases));
   for (const auto& [height, width] :
        {std::pair{1, 1}, {1, 19}, {17, 1}, {2, 2}, {3, 40}, {6, 5}, {33, 40}, {21, 70}, {3, 600}})
     for (int radius = 0; radius <= 9; ++radius) cases.push_back({height, width, radius});
-  for (const int radius : {30, 60, 91, 110, 128, 140}) cases.push_back({8, 23, radius});
-  cases.insert(cases.end(), {{3, 1400, 1},
-                             {7, 475, 3},
-                             {18, 340, 8},
-                             {38, 45, 10},
-                             {38, 75, 11},
-                             {38, 45, 17},
-                             {61, 66, 30},
-                             {5, 600, 60},
-                             {258, 5, 127},
-                             {270, 3, 140},
-                             {5, 230, 110},
-                             {4, 250, 86}});
-  return cases;
-}
-
-// Calls check(case, centre, values, limit) for random and patchy planes, with values within limit of the centre.
-void ForPlanes(const std::vector<int>& limits,
-               const std::function<void(const Case&, const BytePlane&, const BytePlane&, int)>& check) {
   std::mt19937 rng(1);
-  for (const Case& c : Cases())
+  for (const auto& [height, width, radius] : cases)
     for (const int limit : limits)
       for (const bool patchy : {false, true}) {
-        SCOPED_TRACE(testing::Message() << c.height << "x" << c.width << " radius " << c.radius << " limit " << limit
+        SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << radius << " limit " << limit
                                         << (patchy ? " patchy" : " random"));
-        const BytePlane centre(patchy ? PatchyPlane(c.height, c.width, rng) : RandomPlane(c.height, c.width, rng));
-        check(c, centre, RandomPlaneNear(centre, limit, rng), limit);
+        const BytePlane centre(patchy ? PatchyPlane(height, width, rng) : RandomPlane(height, width, rng));
+        check(radius, limit, centre, RandomPlaneNear(centre, limit, rng));
       }
 }
 
-const std::vector<int> kLimits = {0, 1, 15, 27, 60, 127, 254, 1000};
-
-TEST(MedianFilter, EqualsItsDefinition) {
-  ForPlanes({0}, [](const Case& c, const BytePlane& plane, const BytePlane&, int) {
-    EXPECT_EQ("", FirstDifference(MedianByDefinition(Square(c.radius), plane), MedianFilter(c.radius, plane)));
-  });
-}
-
-TEST(MedianDeviationFilter, EqualsItsDefinitionForAnyReferencePlane) {
-  ForPlanes({0, 15, 255}, [](const Case& c, const BytePlane& values, const BytePlane& medians, int) {
-    EXPECT_EQ("", FirstDifference(MedianDeviationByDefinition(Square(c.radius), values, medians),
-                                  MedianDeviationFilter(c.radius, values, medians)));
-  });
-}
-
-TEST(RangeMeanFilters, EqualTheirDefinition) {
-  ForPlanes(kLimits, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
-    EXPECT_EQ("", FirstDifference(RangeMeanByDefinition(Square(c.radius), centre, values, limit),
-                                  RangeMeanFilter2(c.radius, centre, values, limit)));
-    EXPECT_EQ("", FirstDifference(RangeMeanFilter2(c.radius, values, values, limit),
-                                  RangeMeanFilter(c.radius, values, limit)));
-  });
-}
-
-TEST(RangeMedianFilter2, EqualsItsDefinition) {
-  ForPlanes(kLimits, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
-    EXPECT_EQ("", FirstDifference(RangeMedianByDefinition(Square(c.radius), centre, values, limit),
-                                  RangeMedianFilter2(c.radius, centre, values, limit)));
-  });
-}
-
-TEST(LineFilters, EqualTheirDefinitionsInBothDirections) {
-  ForPlanes(kLimits, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
-    for (const LineDirection direction : {LineDirection::Vertical, LineDirection::Horizontal}) {
-      SCOPED_TRACE(testing::Message() << "direction " << static_cast<int>(direction));
-      const Reach line = Line(c.radius, direction);
-      EXPECT_EQ("", FirstDifference(RangeMeanByDefinition(line, centre, values, limit),
-                                    RangeMeanLine2(c.radius, centre, values, limit, direction)));
-      EXPECT_EQ("", FirstDifference(RangeMeanByDefinition(line, values, values, limit),
-                                    RangeMeanLine(c.radius, values, limit, direction)));
-      EXPECT_EQ("", FirstDifference(RangeMedianByDefinition(line, centre, values, limit),
-                                    RangeMedianLine2(c.radius, centre, values, limit, direction)));
-    }
-  });
-}
-
-TEST(MaxFilter, EqualsItsDefinition) {
-  ForPlanes({0}, [](const Case& c, const BytePlane& plane, const BytePlane&, int) {
-    EXPECT_EQ("", FirstDifference(MaxByDefinition(c.radius, plane), MaxFilter(c.radius, plane)));
-  });
-}
-
-// Calls check(filter) for every filter, as a function of two planes.
-template <class Check>
-void ForFilters(int radius, int limit, const Check& check) {
-  using Planes = const BytePlane&;
-  check([=](Planes, Planes b) { return MedianFilter(radius, b); });
-  check([=](Planes a, Planes b) { return MedianDeviationFilter(radius, b, a); });
-  check([=](Planes, Planes b) { return MaxFilter(radius, b); });
-  check([=](Planes a, Planes b) { return RangeMeanFilter2(radius, a, b, limit); });
-  check([=](Planes a, Planes b) { return RangeMedianFilter2(radius, a, b, limit); });
-  for (const LineDirection direction : {LineDirection::Vertical, LineDirection::Horizontal}) {
-    check([=](Planes a, Planes b) { return RangeMeanLine2(radius, a, b, limit, direction); });
-    check([=](Planes a, Planes b) { return RangeMedianLine2(radius, a, b, limit, direction); });
-  }
-  check([=](Planes, Planes b) { return MinFilter(radius, b); });
-  check([=](Planes, Planes b) { return BoxMeanFilter(radius, b); });
-  check([=](Planes, Planes b) { return ModeFilter(radius, b); });
-  check([=](Planes a, Planes b) { return RangeModeFilter2(radius, a, b, limit); });
-  check([=](Planes, Planes b) { return DiamondMedianFilter(radius, b); });
-  check([=](Planes a, Planes b) { return DiamondDeviationFilter(radius, a, b); });
-}
-
-// The window of (y, x), of which only the samples within limit of c, in order.
-std::vector<unsigned char> SortedWindow(const BytePlane& plane, int y, int x, int radius, int c, int limit) {
-  std::vector<unsigned char> window;
-  for (int j = std::max(y - radius, 0); j <= std::min(y + radius, plane.rows() - 1); ++j)
-    for (int i = std::max(x - radius, 0); i <= std::min(x + radius, plane.cols() - 1); ++i)
-      if (std::abs(plane(j, i) - c) <= limit) window.push_back(plane(j, i));
-  std::sort(window.begin(), window.end());
-  return window;
-}
-
-// Of the most frequent values, the lowest.
-unsigned char ModeOf(const std::vector<unsigned char>& sorted) {
-  int counts[256] = {};
-  for (const unsigned char value : sorted) ++counts[value];
-  return static_cast<unsigned char>(std::max_element(counts, counts + 256) - counts);
-}
-
-float MeanDistance(const std::vector<unsigned char>& values, int from) {
-  int sum = 0;
-  for (const unsigned char value : values) sum += std::abs(value - from);
-  return static_cast<float>(sum) / static_cast<float>(values.size());
-}
-
-// Counters above 32767 look negative to some vector instructions; whole planes would take the definitions too long.
-TEST(HistogramFilters, TakeWindowsOfMoreThan32767Samples) {
-  constexpr int kHeight = 250, kWidth = 262, kRadius = 127;
-  std::mt19937 rng(7);
-  const BytePlane random(RandomPlane(kHeight, kWidth, rng)), nearlyFlat(RandomPlane(kHeight, kWidth, rng, 118, 121));
-  BytePlane flat(kHeight, kWidth);
-  flat = 119;
+// Expects filter() to be as the definition says on every instruction set, at every so many'th row and column.
+template <class T, class Filter>
+void Expect(int every, const Plane<T>& definition, const Filter& filter) {
   for (const WindowKernels* kernels : RunnableKernels()) {
+    SCOPED_TRACE(kernels->name);
     const KernelScope scope(*kernels);
-    for (const BytePlane* plane : std::initializer_list<const BytePlane*>{&random, &nearlyFlat, &flat}) {
-      const BytePlane median(MedianFilter(kRadius, *plane)), mode(ModeFilter(kRadius, *plane));
-      for (const int limit : {0, 1, 20, 255}) {
-        const BytePlane ranged(RangeMedianFilter2(kRadius, *plane, *plane, limit));
-        const BytePlane rangedMode(RangeModeFilter2(kRadius, *plane, *plane, limit));
-        const BytePlane rangedMean(RangeMeanFilter2(kRadius, *plane, *plane, limit));
-        const FloatPlane deviation(MedianDeviationFilter(kRadius, *plane, rangedMean));
-        for (int n = 0; n < 12; ++n) {
-          const int y = static_cast<int>(rng() % kHeight), x = 128 + static_cast<int>(rng() % 6), c = (*plane)(y, x);
-          const auto all = SortedWindow(*plane, y, x, kRadius, 0, 255);
-          EXPECT_EQ(all[all.size() / 2], median(y, x)) << kernels->name << " " << y << ", " << x;
-          EXPECT_EQ(ModeOf(all), mode(y, x)) << kernels->name << " " << y << ", " << x;
-          const auto near = SortedWindow(*plane, y, x, kRadius, c, limit);
-          EXPECT_EQ(near[(near.size() - 1) / 2], ranged(y, x)) << kernels->name << " limit " << limit << " " << y;
-          EXPECT_EQ(ModeOf(near), rangedMode(y, x)) << kernels->name << " limit " << limit << " " << y;
-          EXPECT_EQ(ToByte(MeanDistance(near, 0)), rangedMean(y, x)) << kernels->name << " limit " << limit;
-          EXPECT_EQ(MeanDistance(all, rangedMean(y, x)), deviation(y, x)) << kernels->name << " limit " << limit;
-        }
-      }
-    }
+    const Plane<T> result(filter());
+    const auto chosen = [&](int size) { return blitz::Range(0, size - 1, every); };
+    EXPECT_EQ("", FirstDifference(definition, Plane<T>(result(chosen(result.rows()), chosen(result.cols())))));
   }
 }
 
-TEST(WindowFilters, DoNotDependOnTheWorkers) {
-  std::mt19937 rng(2);
-  const BytePlane centre(PatchyPlane(67, 33, rng)), values(RandomPlaneNear(centre, 20, rng));
-  for (const int radius : {0, 1, 3, 8})
-    for (const int workers : {1, 2, 3, 7}) {
-      SCOPED_TRACE(testing::Message() << "radius " << radius << " workers " << workers);
-      StandaloneHost host(workers);
-      const Plugin::HostScope scope(host);
-      ForFilters(radius, 20, [&](const auto& filter) {
-        EXPECT_EQ("", FirstDifference(filter(centre, values), FilterInBands(radius, filter, centre, values)));
-      });
-    }
+void ExpectFilters(int every, int r, const BytePlane& plane) {
+  const Reach square = Square(r, every), diamond = Diamond(r, every);
+  Expect(every, MedianByDefinition(square, plane), [&] { return MedianFilter(r, plane); });
+  Expect(every, MedianByDefinition(diamond, plane), [&] { return DiamondMedianFilter(r, plane); });
+  Expect(every, MaxByDefinition(square, plane), [&] { return MaxFilter(r, plane); });
+  Expect(every, MinByDefinition(square, plane), [&] { return MinFilter(r, plane); });
+  Expect(every, RangeMeanByDefinition(square, plane, plane, 255), [&] { return BoxMeanFilter(r, plane); });
+  Expect(every, RangeModeByDefinition(square, plane, plane, 255), [&] { return ModeFilter(r, plane); });
 }
 
-TEST(WindowFilters, GiveTheSameBytesOnEveryInstructionSet) {
-  ForPlanes({20, 70, 254}, [](const Case& c, const BytePlane& centre, const BytePlane& values, int limit) {
-    ForFilters(c.radius, limit, [&](const auto& filter) {
-      const auto expected = filter(centre, values);
-      for (const WindowKernels* kernels : RunnableKernels()) {
-        SCOPED_TRACE(kernels->name);
-        const KernelScope scope(*kernels);
-        EXPECT_EQ("", FirstDifference(expected, filter(centre, values)));
-      }
-    });
+void ExpectRangeFilters(int every, int r, int limit, const BytePlane& c, const BytePlane& v) {
+  const Reach square = Square(r, every), diamond = Diamond(r, every);
+  Expect(every, MedianDeviationByDefinition(square, v, c), [&] { return MedianDeviationFilter(r, v, c); });
+  Expect(every, MedianDeviationByDefinition(diamond, v, c), [&] { return DiamondDeviationFilter(r, v, c); });
+  Expect(every, RangeMeanByDefinition(square, c, v, limit), [&] { return RangeMeanFilter2(r, c, v, limit); });
+  Expect(every, RangeMedianByDefinition(square, c, v, limit), [&] { return RangeMedianFilter2(r, c, v, limit); });
+  Expect(every, RangeModeByDefinition(square, c, v, limit), [&] { return RangeModeFilter2(r, c, v, limit); });
+}
+
+TEST(WindowFilters, EqualTheirDefinitions) {
+  ForPlanes({0}, [](int r, int, const BytePlane& plane, const BytePlane&) { ExpectFilters(1, r, plane); });
+}
+
+TEST(RangeFilters, EqualTheirDefinitions) {
+  ForPlanes({0, 1, 15, 27, 60, 127, 254, 1000}, [](int r, int limit, const BytePlane& c, const BytePlane& v) {
+    ExpectRangeFilters(1, r, limit, c, v);
+    EXPECT_EQ("", FirstDifference(RangeMeanFilter2(r, v, v, limit), RangeMeanFilter(r, v, limit)));
+    for (const LineDirection to : kDirections) {
+      const Reach line = Line(r, to);
+      Expect(1, RangeMeanByDefinition(line, c, v, limit), [&] { return RangeMeanLine2(r, c, v, limit, to); });
+      Expect(1, RangeMeanByDefinition(line, v, v, limit), [&] { return RangeMeanLine(r, v, limit, to); });
+      Expect(1, RangeMedianByDefinition(line, c, v, limit), [&] { return RangeMedianLine2(r, c, v, limit, to); });
+    }
   });
+}
+
+// Counters above 32767 look negative to some vector instructions.
+TEST(WindowFilters, TakeWindowsOfMoreThan32767Samples) {
+  std::mt19937 rng(7);
+  for (const auto& [lowest, highest] : {std::pair{0, 255}, {118, 121}, {119, 119}}) {
+    const BytePlane plane(RandomPlane(250, 262, rng, lowest, highest));
+    ExpectFilters(62, 126, plane);
+    for (const int limit : {0, 1, 20, 255}) ExpectRangeFilters(62, 126, limit, plane, plane);
+  }
+}
+
+// Expects fill(rows) to give some rows from the middle of `whole`.
+template <class T, class Fill>
+void ExpectRows(const Plane<T>& whole, const Fill& fill) {
+  const int first = whole.rows() / 2, count = (whole.rows() - first + 1) / 2;
+  Plane<T> some(count, whole.cols());
+  fill(ResultRows<T>{some, first});
+  EXPECT_EQ("", FirstDifference(WrapRows(whole, first, count), some));
+}
+
+// Every method of every filter: its first rows in the middle of a plane, near an edge and at an odd row, its corners in
+// one band and in several.
+const Case kBandedCases[] = {{67, 150, 0},  {67, 150, 1},  {67, 150, 2}, {67, 33, 3},    {90, 150, 5}, {90, 120, 8},
+                             {90, 120, 11}, {120, 90, 14}, {64, 70, 15}, {270, 30, 128}, {1, 40, 2},   {5, 3, 1}};
+
+TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
+  constexpr int kLimit = 20;
+  std::mt19937 rng(1);
+  for (const auto& [height, width, radius] : kBandedCases) {
+    const int r = radius;
+    const BytePlane c(PatchyPlane(height, width, rng)), v(RandomPlaneNear(c, kLimit, rng));
+    const auto pass = [&](int index, bool square) {
+      return RangePass{index, square, r, kLimit, BandCount(v.rows(), r)};
+    };
+    for (const WindowKernels* kernels : RunnableKernels()) {
+      SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << r << " " << kernels->name);
+      const KernelScope scope(*kernels);
+      ExpectWithAnyWorkers(MedianFilter(r, v), [&] { return MedianInBands(r, v); });
+      ExpectWithAnyWorkers(MedianDeviationFilter(r, v, c), [&] { return MedianDeviationInBands(r, v, c); });
+      ExpectWithAnyWorkers(MaxFilter(r, v), [&] { return MaxInBands(r, v); });
+      ExpectWithAnyWorkers(MinFilter(r, v), [&] { return MinInBands(r, v); });
+      ExpectWithAnyWorkers(BoxMeanFilter(r, v), [&] { return BoxMeanInBands(r, v); });
+      ExpectWithAnyWorkers(ModeFilter(r, v), [&] { return ModeInBands(r, v); });
+      ExpectWithAnyWorkers(RangeModeFilter2(r, c, v, kLimit), [&] { return RangeModeInBands(r, c, v, kLimit); });
+      ExpectWithAnyWorkers(RangeMeanFilter2(r, c, v, kLimit), [&] { return RangeMeanPass(pass(0, true), c, v); });
+      ExpectWithAnyWorkers(RangeMedianFilter2(r, c, v, kLimit), [&] { return RangeMedianPass(pass(0, true), c, v); });
+      ExpectRows(MedianFilter(r, v), [&](ByteRows rows) { MedianFilter(r, v, rows); });
+      ExpectRows(MedianDeviationFilter(r, v, c), [&](FloatRows rows) { MedianDeviationFilter(r, v, c, rows); });
+      ExpectRows(MaxFilter(r, v), [&](ByteRows rows) { MaxFilter(r, v, rows); });
+      ExpectRows(MinFilter(r, v), [&](ByteRows rows) { MinFilter(r, v, rows); });
+      ExpectRows(BoxMeanFilter(r, v), [&](ByteRows rows) { BoxMeanFilter(r, v, rows); });
+      ExpectRows(ModeFilter(r, v), [&](ByteRows rows) { ModeFilter(r, v, rows); });
+      ExpectRows(RangeMeanFilter2(r, c, v, kLimit), [&](ByteRows rows) { RangeMeanFilter2(r, c, v, kLimit, rows); });
+      for (const int i : {0, 1}) {
+        const LineDirection to = kDirections[i];
+        const BytePlane means(RangeMeanLine2(r, c, v, kLimit, to)), medians(RangeMedianLine2(r, c, v, kLimit, to));
+        ExpectWithAnyWorkers(means, [&] { return RangeMeanPass(pass(i, false), c, v); });
+        ExpectWithAnyWorkers(medians, [&] { return RangeMedianPass(pass(i, false), c, v); });
+        ExpectRows(medians, [&](ByteRows rows) { RangeMedianLine2(r, c, v, kLimit, to, rows); });
+      }
+    }
+  }
 }
 
 }  // namespace

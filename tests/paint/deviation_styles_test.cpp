@@ -16,7 +16,6 @@
 #include "paint/sharpen.h"
 #include "render/settings.h"
 #include "support/expect_styles.h"
-#include "support/planes.h"
 #include "support/stopping_host.h"
 
 namespace quentara {
@@ -35,42 +34,35 @@ float MeanByDefinition(const std::vector<Point>& points, const BytePlane& median
   return sum / weights;
 }
 
-BytePlane PaintByDefinition(BytePlane plane, int r, float q, int quality) {
-  const int height = plane.rows(), width = plane.cols();
-  const auto enlarged = [](int size) { return static_cast<int>(static_cast<float>(size) * 1.414213f); };
-  if (quality == kHigh) plane.reference(ResampleLuma(plane, enlarged(height), enlarged(width)));
+BytePlane CoreByDefinition(const BytePlane& plane, int r, float q) {
   const BytePlane m1(MedianByDefinition(Square(r), plane)), m2(MedianByDefinition(Diamond(r), plane));
   FloatPlane d1(MedianDeviationByDefinition(Square(r), plane, m1));
   FloatPlane d2(MedianDeviationByDefinition(Diamond(r), plane, m2));
   d1 = d1 + 1.0f - min(d1);
   d2 = d2 + 1.0f - min(d2);
   const float a = static_cast<float>(r - 1) / static_cast<float>(r), b = 1.0f / static_cast<float>(r);
-  BytePlane painted(plane.rows(), plane.cols());
-  for (int y = 0; y < plane.rows(); ++y)
-    for (int x = 0; x < plane.cols(); ++x) {
-      const float k1 = MeanByDefinition({{y - r, x - r}, {y - r, x + r}, {y + r, x - r}, {y + r, x + r}}, m1, d1);
-      const float k2 = MeanByDefinition({{y, x - r}, {y, x + r}, {y - r, x}, {y + r, x}}, m2, d2);
-      const int m = static_cast<int>(a * m2(y, x) + b * m1(y, x));
-      float k = a * k2 + b * k1;
-      if (q != 1.0f) {
-        float t = static_cast<float>(m) + q * (k - static_cast<float>(m));
-        if (t > 255.0f) t = 255.0f;
-        if (t < 0.0f) t = 0.0f;
-        if (t > static_cast<float>(m + 96)) t = k;
-        if (t >= static_cast<float>(m - 96)) k = t;
-      }
-      painted(y, x) = ToByte(k);
-    }
-  if (quality == kHigh) painted.reference(ResampleLuma(painted, height, width));
+  return PlaneOf(plane.rows(), plane.cols(), [&](int y, int x) {
+    const float k1 = MeanByDefinition({{y - r, x - r}, {y - r, x + r}, {y + r, x - r}, {y + r, x + r}}, m1, d1);
+    const float k2 = MeanByDefinition({{y, x - r}, {y, x + r}, {y - r, x}, {y + r, x}}, m2, d2);
+    const float m = std::floor(a * m2(y, x) + b * m1(y, x)), k = a * k2 + b * k1;
+    const float t = std::clamp(m + q * (k - m), 0.0f, 255.0f);
+    return ToByte(q == 1.0f || t > m + 96.0f || t < m - 96.0f ? k : t);
+  });
+}
+
+BytePlane PaintByDefinition(const BytePlane& plane, int r, float q, int quality) {
+  const int height = plane.rows(), width = plane.cols();
+  const auto enlarged = [](int size) { return static_cast<int>(static_cast<float>(size) * 1.414213f); };
+  const bool high = quality == kHigh;
+  const BytePlane core(CoreByDefinition(high ? ResampleLuma(plane, enlarged(height), enlarged(width)) : plane, r, q));
+  const BytePlane painted(high ? ResampleLuma(core, height, width) : core);
   if (r < 3) return painted;
-  const int last = quality == kHigh ? static_cast<int>(static_cast<float>(r - 2) / 1.414213f + 0.5f) : r - 2;
-  const BytePlane m3(MedianByDefinition(Square(last), painted));
+  const int last = high ? static_cast<int>(static_cast<float>(r - 2) / 1.414213f + 0.5f) : r - 2;
   const auto n = static_cast<float>(r - 5);
-  for (int i = 0; i < static_cast<int>(painted.numElements()); ++i) {
-    const float median = m3.data()[i], sample = painted.data()[i];
-    painted.data()[i] = ToByte(r < 8 ? 0.5f * median + 0.5f * sample : (n - 1.0f) / n * median + 1.0f / n * sample);
-  }
-  return painted;
+  const auto mix = [&](float sample, float median) {
+    return ToByte(r < 8 ? 0.5f * median + 0.5f * sample : (n - 1.0f) / n * median + 1.0f / n * sample);
+  };
+  return EachPixel(mix, painted, MedianByDefinition(Square(last), painted));
 }
 
 TEST(DeviationPaint, EqualsItsDefinitionWithAnyWorkers) {
@@ -89,20 +81,16 @@ TEST(DeviationPaint, EqualsItsDefinitionWithAnyWorkers) {
 }
 
 FloatPlane SharpenedByDefinition(float p, const FloatPlane& plane) {
-  FloatPlane result(plane.copy());
-  const float k = p - 1.0f;
-  for (int y = 0; y < plane.rows(); ++y)
-    for (int x = 0; x < plane.cols(); ++x) {
-      std::vector<Point> block;
-      for (int j = y - 1; j <= y + 1; ++j)
-        for (int i = x - 1; i <= x + 1; ++i)
-          if (j >= 0 && j < plane.rows() && i >= 0 && i < plane.cols()) block.push_back({j, i});
-      const auto c = static_cast<float>(block.size() - 1);
-      float sum = 0.0f;
-      for (const auto& [j, i] : block) sum += j == y && i == x ? plane(j, i) * c * p : -k * plane(j, i);
-      if (c > 0.0f) result(y, x) = sum / c;
-    }
-  return result;
+  return PlaneOf<float>(plane.rows(), plane.cols(), [&](int y, int x) {
+    std::vector<Point> block;
+    for (int j = y - 1; j <= y + 1; ++j)
+      for (int i = x - 1; i <= x + 1; ++i)
+        if (j >= 0 && j < plane.rows() && i >= 0 && i < plane.cols()) block.push_back({j, i});
+    const auto c = static_cast<float>(block.size() - 1);
+    float sum = 0.0f;
+    for (const auto& [j, i] : block) sum += j == y && i == x ? plane(j, i) * c * p : -(p - 1.0f) * plane(j, i);
+    return c > 0.0f ? sum / c : plane(y, x);
+  });
 }
 
 TEST(BristleStyle, EqualsItsDefinitionWithAnyWorkers) {
@@ -110,12 +98,11 @@ TEST(BristleStyle, EqualsItsDefinitionWithAnyWorkers) {
     const FloatPlane y(FloatLuma709(picture));
     for (const int quality : {kFast, kHigh})
       for (const float presharpen : {1.0f, 11.0f, 101.0f}) {
-        FloatPlane s(SharpenedByDefinition(presharpen, y));
-        s = where(s > 255.0f, 255.0f, s);
-        s = where(s < 0.0f, 0.0f, s);
-        s = where(s > y + 96.0f, y, s);
-        s = where(y - 96.0f > s, y, s);
-        const BytePlane prepared(blitz::cast<unsigned char>(s + 0.5f));
+        const auto limit = [](float luma, float sharpened) {
+          const float s = std::clamp(sharpened, 0.0f, 255.0f);
+          return ToByte(s > luma + 96.0f || luma - 96.0f > s ? luma : s);
+        };
+        const BytePlane prepared(EachPixel(limit, y, SharpenedByDefinition(presharpen, y)));
         const FloatPlane painted(blitz::cast<float>(PaintByDefinition(prepared, spread, 1.5f, quality)));
         ExpectWithAnyWorkers(WithLuma709(picture, painted),
                              [&] { return BristleStyle(presharpen, spread, 1.5f, quality, picture); });
@@ -127,20 +114,15 @@ TEST(GouacheStyle, EqualsItsDefinitionWithAnyWorkers) {
   ForPictures([](const ChannelSet& picture, int spread) {
     const BytePlane luma(LumaPlane709(picture));
     for (const int quality : {kFast, kHigh})
-      for (const auto& [preblur, k] : {std::pair{3, 1.0f}, {3, 1.75f}, {10, 11.0f}}) {
-        BytePlane p(MedianByDefinition(Square(preblur), luma));
-        for (int i = 0; i < static_cast<int>(luma.numElements()); ++i) {
-          const float median = p.data()[i], sample = luma.data()[i];
-          float t = median + k * sample - k * median;
-          if (t > 255.0f) t = 255.0f;
-          if (t < 0.0f) t = 0.0f;
-          if (t > sample + 96.0f) t = median;
-          if (sample - 96.0f > t) t = median;
-          p.data()[i] = ToByte(t);
-        }
+      for (const auto& [preblur, gain] : {std::pair{3, 1.0f}, {3, 1.75f}, {10, 11.0f}}) {
+        const auto sharpen = [k = gain](float sample, float median) {
+          const float t = std::clamp(median + k * sample - k * median, 0.0f, 255.0f);
+          return ToByte(t > sample + 96.0f || sample - 96.0f > t ? median : t);
+        };
+        const BytePlane p(EachPixel(sharpen, luma, MedianByDefinition(Square(preblur), luma)));
         ExpectWithAnyWorkers(
             ReplaceLuma(picture, luma, PaintByDefinition(p, spread, 1.25f, quality)),
-            [&, rb = preblur, gain = k] { return GouacheStyle(rb, gain, spread, 1.25f, quality, picture); });
+            [&, r = preblur, k = gain] { return GouacheStyle(r, k, spread, 1.25f, quality, picture); });
       }
   });
 }

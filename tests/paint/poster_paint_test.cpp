@@ -12,23 +12,20 @@
 #include "paint/diagonal_diffusion.h"
 #include "paint/level_set.h"
 #include "support/expect_styles.h"
-#include "support/planes.h"
 #include "support/stopping_host.h"
 
 namespace quentara {
 namespace {
 
 BytePlane MaskByDefinition(const BytePlane& plane, float foreground) {
-  FloatPlane d(MedianDeviationByDefinition(Square(1), plane, MedianByDefinition(Square(1), plane)));
+  const FloatPlane d(MedianDeviationByDefinition(Square(1), plane, MedianByDefinition(Square(1), plane)));
   const float lo = min(d), hi = std::max(max(d), 0.000001f), e = 1.0f - foreground;
-  BytePlane mask(plane.rows(), plane.cols());
-  for (int i = 0; i < static_cast<int>(d.numElements()); ++i) {
-    const auto power =
-        static_cast<float>(std::pow(static_cast<double>((d.data()[i] - lo) / hi), static_cast<double>(e)));
+  const auto shade = [&](float deviation) {
+    const auto power = static_cast<float>(std::pow(static_cast<double>((deviation - lo) / hi), static_cast<double>(e)));
     const auto tangent = static_cast<float>(std::tanh(static_cast<double>(50.0f * power - 25.0f)));
-    mask.data()[i] = ToByte(255.0f * (tangent + 1.0f) / 2.0f);
-  }
-  return mask;
+    return ToByte(255.0f * (tangent + 1.0f) / 2.0f);
+  };
+  return EachPixel(shade, d);
 }
 
 BytePlane DiffusedByDefinition(int rounds, const BytePlane& plane) {
@@ -52,31 +49,27 @@ BytePlane DiffusedByDefinition(int rounds, const BytePlane& plane) {
 
 ChannelSet PosterByDefinition(int paint1, int paint2, float blend, float foreground, int radius, float contrast,
                               const ChannelSet& picture) {
-  BytePlane p(BrightestPlane(picture));
-  BytePlane c(p.copy());
-  const auto count = static_cast<int>(p.numElements());
+  const BytePlane brightest(BrightestPlane(picture));
   Histogram h = {};
-  for (const unsigned char value : c) ++h[value];
-  p = MapBytes(MapToLevels(EqualCountLevels(h, paint1)), p);
-  c = MapBytes(MapToLevels(EvenLevels(h, paint2)), c);
-  for (int i = 0; i < count; ++i)
-    p.data()[i] = blend == 0.0f   ? p.data()[i]
-                  : blend == 1.0f ? c.data()[i]
-                                  : ToByte(blend * c.data()[i] + (1.0f - blend) * p.data()[i]);
-  const int lo = min(p), hi = max(p);
-  for (int i = 0; i < count && contrast > 0.0f; ++i) {
-    const float stretched =
-        hi == lo ? 0.0f : static_cast<float>(p.data()[i] - lo) * 255.0f / static_cast<float>(hi - lo);
-    p.data()[i] = ToByte(contrast * std::floor(stretched) + (1.0f - contrast) * p.data()[i]);
-  }
-  const BytePlane a(MaskByDefinition(BrightestPlane(picture), foreground)), soft(DiffusedByDefinition(radius, p));
-  FloatChannelSet hsv = RgbToHsv(picture);
-  for (int i = 0; i < count; ++i) {
-    const float hard = static_cast<float>(p.data()[i] * a.data()[i]) / 255.0f;
-    hsv.planes(2).data()[i] = std::floor(hard + soft.data()[i] * (1.0f - a.data()[i] / 255.0f) + 0.5f);
-  }
-  const auto planes = hsv.Split();
-  return HsvToRgb(planes[0], planes[1], planes[2]);
+  for (const unsigned char value : brightest) ++h[value];
+  const auto mix = [&](float c, float p) {
+    return blend == 0.0f ? p : blend == 1.0f ? c : blend * c + (1.0f - blend) * p + 0.5f;
+  };
+  BytePlane p(EachPixel(mix, MapBytes(MapToLevels(EvenLevels(h, paint2)), brightest),
+                        MapBytes(MapToLevels(EqualCountLevels(h, paint1)), brightest)));
+  const float lo = min(p), hi = max(p);
+  const auto stretch = [&](float sample) {
+    const float stretched = hi == lo ? 0.0f : std::floor((sample - lo) * 255.0f / (hi - lo));
+    return ToByte(contrast * stretched + (1.0f - contrast) * sample);
+  };
+  if (contrast > 0.0f) p.reference(EachPixel(stretch, p));
+  const auto lay = [](float sample, float mask, float soft) {
+    return std::floor(sample * mask / 255.0f + soft * (1.0f - mask / 255.0f) + 0.5f);
+  };
+  const auto hsv = RgbToHsv(picture).Split();
+  const FloatPlane value(
+      EachPixel<float>(lay, p, MaskByDefinition(brightest, foreground), DiffusedByDefinition(radius, p)));
+  return HsvToRgb(hsv[0], hsv[1], FloatChannelSet("L", picture.width(), picture.height(), value));
 }
 
 TEST(PosterPaintStyle, EqualsItsDefinitionWithAnyWorkers) {

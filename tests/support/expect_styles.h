@@ -21,15 +21,21 @@ void ForPictures(const Check& check) {
   }
 }
 
-/// Expects render(), a plane or a picture, to be `expected` whatever the worker count.
-template <class Result, class Render>
-void ExpectWithAnyWorkers(const Result& expected, const Render& render) {
-  for (const int workers : {1, 2, 7}) {
+/// Calls check(workers) in hosts of one worker and of several.
+template <class Check>
+void ForWorkers(const Check& check) {
+  for (const int workers : {1, 2, 3, 7}) {
     SCOPED_TRACE(testing::Message() << "workers " << workers);
     StandaloneHost host(workers);
     const Plugin::HostScope scope(host);
-    EXPECT_EQ("", FirstDifference(expected, render()));
+    check(workers);
   }
+}
+
+/// Expects render(), a plane or a picture, to be `expected` whatever the worker count.
+template <class Result, class Render>
+void ExpectWithAnyWorkers(const Result& expected, const Render& render) {
+  ForWorkers([&](int) { EXPECT_EQ("", FirstDifference(expected, render())); });
 }
 
 }  // namespace quentara
