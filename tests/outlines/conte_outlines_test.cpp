@@ -10,28 +10,28 @@
 namespace quentara {
 namespace {
 
+int MergedByDefinition(int dark, int light, int darkMove, int lightMove) {
+  if (darkMove == 0) return lightMove == 0 ? dark : light;
+  if (lightMove == 0) return dark;
+  const float w = static_cast<float>(darkMove) / static_cast<float>(darkMove + lightMove);
+  return ToByte(w * static_cast<float>(dark) + (1.0f - w) * static_cast<float>(light));
+}
+
 ChannelSet MergedByDefinition(const ChannelSet& dark, const ChannelSet& light, const ChannelSet& picture) {
   const BytePlane ld(LumaPlane601(dark)), ll(LumaPlane601(light)), lp(LumaPlane601(picture));
-  ChannelSet merged = dark;
-  for (int i = 0; i < 3; ++i)
-    for (int p = 0; p < static_cast<int>(picture.pixelCount()); ++p) {
-      const int darkMove = std::abs(ld.data()[p] - lp.data()[p]), lightMove = std::abs(ll.data()[p] - lp.data()[p]);
-      const unsigned char d = dark.planes(i).data()[p], l = light.planes(i).data()[p];
-      if (darkMove == 0 && lightMove != 0) merged.planes(i).data()[p] = l;
-      if (darkMove == 0 || lightMove == 0) continue;
-      const float w = static_cast<float>(darkMove) / static_cast<float>(darkMove + lightMove);
-      merged.planes(i).data()[p] = ToByte(w * static_cast<float>(d) + (1.0f - w) * static_cast<float>(l));
-    }
-  return merged;
+  const auto merge = [](int d, int l, int darkLuma, int lightLuma, int luma) {
+    return MergedByDefinition(d, l, std::abs(darkLuma - luma), std::abs(lightLuma - luma));
+  };
+  return Rgb([&](int i) { return EachPixel(merge, dark.planes(i), light.planes(i), ld, ll, lp); });
 }
 
 // Drawings that leave about a third of the pixels of a picture alone.
 ChannelSet DrawnOver(const ChannelSet& picture, std::mt19937& rng) {
-  ChannelSet drawn = RandomPicture(static_cast<int>(picture.height()), static_cast<int>(picture.width()), rng);
-  for (std::uint32_t p = 0; p < picture.pixelCount(); ++p)
-    if (rng() % 3 == 0)
-      for (int i = 0; i < 3; ++i) drawn.planes(i).data()[p] = picture.planes(i).data()[p];
-  return drawn;
+  const BytePlane& red = picture.planes(0);
+  const ChannelSet drawing = RandomPicture(red.rows(), red.cols(), rng);
+  const BytePlane choice(RandomPlane(red.rows(), red.cols(), rng, 0, 2));
+  const auto draw = [](int sample, int drawn, int chosen) { return chosen == 0 ? sample : drawn; };
+  return Rgb([&](int i) { return EachPixel(draw, picture.planes(i), drawing.planes(i), choice); });
 }
 
 TEST(CrayonMerge, EqualsItsDefinitionWithAnyWorkers) {
@@ -47,21 +47,19 @@ TEST(CrayonMerge, EqualsItsDefinitionWithAnyWorkers) {
 }
 
 TEST(CrayonMerge, WeighsByLumaAlone) {
-  const auto merge = [](std::array<int, 3> dark, std::array<int, 3> light, std::array<int, 3> picture) {
-    const auto pixel = [](const std::array<int, 3>& values) {
-      ChannelSet set("RGB", 1, 1);
-      for (int i = 0; i < 3; ++i) set.planes(i)(0, 0) = static_cast<unsigned char>(values[static_cast<std::size_t>(i)]);
-      return set;
-    };
-    ChannelSet merged = pixel(dark);
-    CrayonMerge(merged, pixel(light), pixel(picture));
-    return std::array<int, 3>{merged.planes(0)(0, 0), merged.planes(1)(0, 0), merged.planes(2)(0, 0)};
+  using Pixel = std::array<int, 3>;
+  const auto set = [](const Pixel& pixel) {
+    return Rgb([&](std::size_t i) { return PlaneOf(1, 1, [&](int, int) { return pixel[i]; }); });
   };
-  const std::array<int, 3> grey = {100, 100, 100};
-  EXPECT_EQ((std::array{100, 101, 103}), merge({60, 60, 60}, {140, 141, 145}, grey));  // moved by 40 and by 41
-  // The dark crayon changed the colour, but not the luma: only the light one counts.
-  EXPECT_EQ((std::array{150, 150, 150}), merge({119, 90, 100}, {150, 150, 150}, grey));
-  EXPECT_EQ((std::array{119, 90, 100}), merge({119, 90, 100}, grey, grey));
+  const Pixel grey = {100, 100, 100}, tinted = {119, 90, 100};  // of one luma
+  for (const auto& [dark, light, expected] :
+       {std::array<Pixel, 3>{{{60, 60, 60}, {140, 141, 145}, {100, 101, 103}}},  // moved by 40 and by 41
+        {{tinted, {150, 150, 150}, {150, 150, 150}}},
+        {{tinted, grey, tinted}}}) {
+    ChannelSet merged = set(dark);
+    CrayonMerge(merged, set(light), set(grey));
+    EXPECT_EQ("", FirstDifference(set(expected), merged));
+  }
 }
 
 }  // namespace

@@ -2,23 +2,21 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
-#include <vector>
 
 #include "blur/small_smooth.h"
+#include "imageops/window_definitions.h"
 #include "outlines/marker_outlines.h"
 #include "render/bands.h"
-#include "render/standalone_host.h"
-#include "support/planes.h"
+#include "support/expect_styles.h"
 #include "support/stopping_host.h"
 
 namespace quentara {
 namespace {
 
 // Rows from the top; 0 and 1 stand for the samples 0 and 255.
-const std::array<std::string, 8> kTemplates = {"111.0.000", ".1100100.", "0.10010.1", "00.001.11",
-                                               "000.0.111", ".0010011.", "1.01001.0", "11.100.00"};
+const std::string kTemplates[] = {"111.0.000", ".1100100.", "0.10010.1", "00.001.11",
+                                  "000.0.111", ".0010011.", "1.01001.0", "11.100.00"};
 
 bool Matches(const BytePlane& plane, int y, int x, const std::string& pattern) {
   std::size_t i = 0;
@@ -47,7 +45,8 @@ bool TemplatePasses(BytePlane& a) {
   return changed;
 }
 
-void ThickenByDefinition(int thickness, BytePlane& a) {
+BytePlane ThickenedByDefinition(int thickness, const BytePlane& lines) {
+  BytePlane a(lines.copy());
   for (int round = 1; round < thickness; ++round) {
     TemplatePasses(a);
     Pass(a, [&](int y, int x) {
@@ -61,96 +60,71 @@ void ThickenByDefinition(int thickness, BytePlane& a) {
       return false;
     });
   }
+  return a;
 }
 
 BytePlane ThinLinesByDefinition(int d, const BytePlane& plane) {
   const int h = plane.rows(), w = plane.cols();
-  const auto inside = [&](int y, int x) { return y >= 0 && y < h && x >= 0 && x < w; };
-  BytePlane a(h, w);
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      a(y, x) = 255;
-      for (int j = y - 1; j <= y + 1; ++j)
-        for (int i = x - 1; i <= x + 1; ++i)
-          if (inside(j, i) && std::abs(plane(j, i) - plane(y, x)) >= d) a(y, x) = 0;
-    }
+  const auto border = [&](int v, int most, int least) { return most - v >= d || v - least >= d ? 0 : 255; };
+  BytePlane a(EachPixel(border, plane, MaxByDefinition(Square(1), plane), MinByDefinition(Square(1), plane)));
   while (TemplatePasses(a)) {
   }
   while (Pass(a, [&](int y, int x) {
     return (a(y - 1, x) == 0) + (a(y + 1, x) == 0) + (a(y, x - 1) == 0) + (a(y, x + 1) == 0) < 2;
   })) {
   }
-  const BytePlane b(a.copy());
   const auto zeros = [&](int y, int x, std::initializer_list<std::pair<int, int>> steps) {
-    int count = 0;
-    for (const auto& [dy, dx] : steps) count += inside(y + dy, x + dx) && b(y + dy, x + dx) == 0;
-    return count;
+    return std::count_if(steps.begin(), steps.end(), [&](const std::pair<int, int>& step) {
+      const int j = y + step.first, i = x + step.second;
+      return j >= 0 && j < h && i >= 0 && i < w && a(j, i) == 0;
+    });
   };
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x) {
-      const bool inRow = y == 0 || y == h - 1, inColumn = x == 0 || x == w - 1;
-      if (b(y, x) != 0 || !(inRow || inColumn)) continue;
-      const int down = y == 0 ? 1 : -1, right = x == 0 ? 1 : -1;
-      const bool loose =
-          inRow && inColumn ? zeros(y, x, {{down, 0}, {0, right}, {down, right}}) == 0
-          : inRow           ? zeros(y, x, {{down, -1}, {down, 0}, {down, 1}}) == 0 && zeros(y, x, {{0, -1}, {0, 1}}) < 2
-                  : zeros(y, x, {{-1, right}, {0, right}, {1, right}}) == 0 && zeros(y, x, {{-1, 0}, {1, 0}}) < 2;
-      if (loose) a(y, x) = 255;
-    }
-  return a;
+  return PlaneOf(h, w, [&](int y, int x) -> int {
+    const bool inRow = y == 0 || y == h - 1, inColumn = x == 0 || x == w - 1;
+    if (a(y, x) != 0 || !(inRow || inColumn)) return a(y, x);
+    const int down = y == 0 ? 1 : -1, right = x == 0 ? 1 : -1;
+    if (inRow && inColumn) return zeros(y, x, {{down, 0}, {0, right}, {down, right}}) == 0 ? 255 : 0;
+    if (inRow)
+      return zeros(y, x, {{down, -1}, {down, 0}, {down, 1}}) == 0 && zeros(y, x, {{0, -1}, {0, 1}}) < 2 ? 255 : 0;
+    return zeros(y, x, {{-1, right}, {0, right}, {1, right}}) == 0 && zeros(y, x, {{-1, 0}, {1, 0}}) < 2 ? 255 : 0;
+  });
 }
 
+// Each worker thickens a strip of its own, cut off `thickness` rows beyond its band.
 BytePlane LinesByDefinition(int thickness, int d, const BytePlane& plane) {
-  BytePlane lines(ThinLinesByDefinition(d, plane));
-  lines = 255 - lines;
-  // Each worker thickens a strip of its own, cut off `thickness` rows beyond its band.
-  int count = Plugin::ThreadCount();
-  while (count > 1 && plane.rows() / count <= 2 * thickness) --count;
-  const int band = plane.rows() / count;
-  BytePlane result(plane.rows(), plane.cols());
-  for (int i = 0; i < count; ++i) {
-    const int start = band * i, end = i == count - 1 ? plane.rows() : start + band;
-    const int from = std::max(start - thickness, 0), to = std::min(end + thickness, plane.rows());
-    BytePlane strip(lines(blitz::Range(from, to - 1), blitz::Range::all()).copy());
-    strip.reindexSelf(blitz::shape(0, 0));
-    ThickenByDefinition(thickness, strip);
-    for (int y = start; y < end; ++y)
-      for (int x = 0; x < plane.cols(); ++x) result(y, x) = static_cast<unsigned char>(255 - strip(y - from, x));
-  }
-  return result;
+  const auto thicken = [&](const BytePlane& strip) { return ThickenedByDefinition(thickness, strip); };
+  return BytePlane(255 - FilterInBands(thickness, thicken, BytePlane(255 - ThinLinesByDefinition(d, plane))));
 }
 
 TEST(MarkerLines, EqualTheirDefinitionWithAnyWorkers) {
   std::mt19937 rng(1);
   for (const auto& [height, width] : {std::pair{1, 1}, {1, 12}, {12, 1}, {2, 2}, {2, 9}, {9, 2}, {3, 3}, {64, 40}})
     for (const int difference : {1, 3, 10, 60})
-      for (const int thickness : {1, 2, 3, 6})
-        for (const int workers : {1, 2, 7}) {
-          SCOPED_TRACE(testing::Message() << height << "x" << width << " difference " << difference << " thickness "
-                                          << thickness << " workers " << workers);
-          StandaloneHost host(workers);
-          const Plugin::HostScope scope(host);
-          const BytePlane plane(rng() % 4 == 0 ? RandomPlane(height, width, rng, 0, 30)
-                                               : PatchyPlane(height, width, rng));
+      for (const int thickness : {1, 2, 3, 6}) {
+        SCOPED_TRACE(testing::Message() << height << "x" << width << " difference " << difference << " thickness "
+                                        << thickness);
+        const bool random = rng() % 4 == 0;
+        const BytePlane plane(random ? RandomPlane(height, width, rng, 0, 30) : PatchyPlane(height, width, rng));
+        ForWorkers([&](int) {
           EXPECT_EQ("", FirstDifference(LinesByDefinition(thickness, difference, plane),
                                         MarkerLines(thickness, difference, plane)));
-        }
+        });
+      }
 }
 
 TEST(MarkerOutlines, LayTheSquaredMinimumOfLinesAndTheirMean) {
   std::mt19937 rng(2);
   const ChannelSet picture = RandomPicture(24, 30, rng);
-  const BytePlane regions(PatchyPlane(24, 30, rng));
-  const MarkerOutlineSettings settings = {false, 0, 0, 0, 2, 10, 0.5f, 0.25f};
+  const BytePlane regions(PatchyPlane(24, 30, rng)), lines(MarkerLines(2, 10, regions));
   const OutlineColor color = MakeOutlineColor({0.0f, 0.0f, 0.0f});
-  BytePlane mask(MarkerLines(2, 10, regions));
-  const BytePlane smooth(BoxSmooth3(1, mask));
-  mask = where(smooth < mask, smooth, mask);
-  mask = blitz::cast<unsigned char>(blitz::cast<float>(mask) * mask / 255.0f + 0.5f);
-  const ChannelSet expected = CompositeOutlineMask(picture, ChannelSet("L", 30, 24, mask), 0.5f, 0.25f, color);
-  EXPECT_NE("", FirstDifference(picture, expected));
-  EXPECT_EQ("", FirstDifference(expected, MarkerOutlines(settings, color, regions, picture)));
-  EXPECT_EQ("", StopsAtEachOf(1, [&] { MarkerOutlines(settings, color, regions, picture); }));
+  const auto square = [](float line, float mean) {
+    return std::min(line, mean) * std::min(line, mean) / 255.0f + 0.5f;
+  };
+  const ChannelSet mask = Grey(EachPixel(square, lines, BoxSmooth3(1, lines)));
+  const auto outlined = [&] { return MarkerOutlines({false, 0, 0, 0, 2, 10, 0.5f, 0.25f}, color, regions, picture); };
+  EXPECT_NE("", FirstDifference(picture, outlined()));
+  EXPECT_EQ("", FirstDifference(CompositeOutlineMask(picture, mask, 0.5f, 0.25f, color), outlined()));
+  EXPECT_EQ("", StopsAtEachOf(1, outlined));
 }
 
 }  // namespace

@@ -17,28 +17,21 @@ float Pow(float base, float exponent) {
   return static_cast<float>(std::pow(static_cast<double>(base), static_cast<double>(exponent)));
 }
 
-FloatPlane Powered(const BytePlane& mask, float exponent) {
-  FloatPlane powered(mask.rows(), mask.cols());
-  for (int p = 0; p < static_cast<int>(mask.numElements()); ++p)
-    powered.data()[p] = 255.0f * Pow(mask.data()[p], exponent) / Pow(255.0f, exponent);
-  return powered;
+FloatPlane Powered(const ChannelSet& mask, float exponent) {
+  return EachPixel<float>([&](float a) { return 255.0f * Pow(a, exponent) / Pow(255.0f, exponent); }, mask.planes(0));
 }
 
 // Step by step over whole planes, with the value of 255 or that of a picture under the lines.
 FloatPlane MergedByDefinition(const SoftLines& soft, const FloatPlane* value) {
-  FloatPlane p(Powered(soft.lines.planes(0), soft.exponent)), q(Powered(soft.thickLines.planes(0), soft.thickExponent));
-  for (float& a : p) {
-    const float mul = a * a / 255.0f, scr = 255.0f - (255.0f - a) * (255.0f - a) / 255.0f;
-    a = ((255.0f - a) * mul + a * scr) / 255.0f;
-  }
+  FloatPlane p(Powered(soft.lines, soft.exponent)), q(Powered(soft.thickLines, soft.thickExponent));
+  p = ((255.0f - p) * (p * p / 255.0f) + p * (255.0f - (255.0f - p) * (255.0f - p) / 255.0f)) / 255.0f;
   if (value != nullptr) {
     p = *value * p / 255.0f;
     q = *value * q / 255.0f;
   }
   p = q * 0.5f + p * 0.5f;
-  const FloatPlane s(BoxSmooth3Float(1, p));
   const FloatPlane t(1.0f - p / 255.0f);
-  return FloatPlane(p * t + s * (1.0f - t));
+  return FloatPlane(p * t + BoxSmooth3Float(1, p) * (1.0f - t));
 }
 
 ChannelSet StageByDefinition(const SoftOutlineSettings& settings, const OutlineColor& color, const ChannelSet& source,
@@ -46,19 +39,12 @@ ChannelSet StageByDefinition(const SoftOutlineSettings& settings, const OutlineC
   const auto mask = [&](int thickness) { return ThickLineMask(thickness, source, settings.quality); };
   const SoftLines soft{12.0f - (1.0f - settings.strength) * 20.0f / 3.0f, 11.0f - (1.0f - settings.strength) * 10.0f,
                        mask(settings.thickness), mask(settings.thickness + 1)};
-  const FloatChannelSet hsv = RgbToHsv(picture);
+  const std::vector<FloatChannelSet> hsv = RgbToHsv(picture).Split();
   const bool black = color.colorClass == OutlineColorClass::Black;
-  FloatPlane merged(MergedByDefinition(soft, black ? &hsv.planes(2) : nullptr));
+  FloatPlane merged(MergedByDefinition(soft, black ? &hsv[2].planes(0) : nullptr));
   if (!black || !alone) merged = blitz::floor(merged + 0.5f);
-  ChannelSet out = picture;
-  if (black) {
-    const std::vector<FloatChannelSet> split = hsv.Split();
-    out = HsvToRgb(split[0], split[1], FloatChannelSet("F", picture.width(), picture.height(), merged));
-  } else {
-    ChannelSet mask8("L", picture.width(), picture.height());
-    mask8.planes(0) = blitz::cast<unsigned char>(merged);
-    out = OverlayOutlineColor(picture, mask8, color);
-  }
+  ChannelSet out = black ? HsvToRgb(hsv[0], hsv[1], FloatChannelSet("F", picture.width(), picture.height(), merged))
+                         : OverlayOutlineColor(picture, Grey(BytePlane(blitz::cast<unsigned char>(merged))), color);
   if (settings.transparency > 0.0f) MixImages(picture, out, 1.0f - settings.transparency);
   return out;
 }
@@ -69,18 +55,16 @@ TEST(SoftOutlines, EqualTheirDefinitionWithOneWorkerAndWithSeveral) {
   for (const auto& [height, width] : {std::pair{1, 1}, {1, 19}, {19, 1}, {2, 2}, {5, 6}, {9, 12}, {100, 23}})
     for (const auto& [strength, transparency, quality] :
          {std::tuple{0.5f, 0.0f, kFast}, {0.0f, 0.35f, kHigh}, {1.0f, 0.5f, kFast}})
-      for (const Color& color : {Color{0.0f, 0.0f, 0.0f}, {0.4f, 0.4f, 0.4f}, {0.8f, 0.1f, 0.3f}})
-        for (const int workers : {1, 2, 7}) {
-          SCOPED_TRACE(testing::Message() << height << "x" << width << " strength " << strength << " red " << color.red
-                                          << " workers " << workers);
-          StandaloneHost host(workers);
-          const Plugin::HostScope scope(host);
-          const ChannelSet source = RandomPicture(height, width, rng), picture = RandomPicture(height, width, rng);
-          const SoftOutlineSettings settings{strength, 1 + static_cast<int>(rng() % 4), transparency, quality};
-          const OutlineColor outline = MakeOutlineColor(color);
+      for (const Color& color : {Color{0.0f, 0.0f, 0.0f}, {0.4f, 0.4f, 0.4f}, {0.8f, 0.1f, 0.3f}}) {
+        SCOPED_TRACE(testing::Message() << height << "x" << width << " strength " << strength << " red " << color.red);
+        const ChannelSet source = RandomPicture(height, width, rng), picture = RandomPicture(height, width, rng);
+        const SoftOutlineSettings settings{strength, 1 + static_cast<int>(rng() % 4), transparency, quality};
+        const OutlineColor outline = MakeOutlineColor(color);
+        ForWorkers([&](int workers) {
           EXPECT_EQ("", FirstDifference(StageByDefinition(settings, outline, source, picture, workers == 1),
                                         SoftOutlines(settings, outline, source, picture)));
-        }
+        });
+      }
 }
 
 }  // namespace

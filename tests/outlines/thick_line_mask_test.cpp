@@ -19,37 +19,33 @@ namespace quentara {
 namespace {
 
 BytePlane MeasureByDefinition(int r, const BytePlane& luma) {
-  const BytePlane levels(MaxFilter(r, MedianFilter(r, luma)));
-  BytePlane lines(luma.rows(), luma.cols());
-  for (int p = 0; p < static_cast<int>(luma.numElements()); ++p) {
-    const float level = levels.data()[p];
-    const float v = 256.0f * static_cast<float>(luma.data()[p]) / (level + 1.0f);
+  const auto measure = [](float sample, float level) {
+    const float v = 256.0f * sample / (level + 1.0f);
     const int ratio = level < 3.0f ? static_cast<int>(level) : static_cast<int>((v > 255.0f ? 255.0f : v) + 0.5f);
-    lines.data()[p] = ToByte(SoftLightSelf(static_cast<float>(ratio)));
-  }
-  return lines;
+    return ToByte(SoftLightSelf(static_cast<float>(ratio)));
+  };
+  return EachPixel(measure, luma, MaxFilter(r, MedianFilter(r, luma)));
 }
 
 // The whole square is turned and measured; a window row just below it is rotated like any other.
 BytePlane MaskByDefinition(int r, const BytePlane& luma, bool high) {
   const int h = luma.rows(), w = luma.cols();
-  BytePlane mask(MeasureByDefinition(r, luma));
+  const BytePlane mask(MeasureByDefinition(r, luma));
   if (!high) return mask;
   int side = static_cast<int>(std::floor(std::sqrt(static_cast<double>(w * w + h * h)) + 0.5));
   side += side % 2 == 1 ? 4 : 5;
   const int left = (side - 1) / 2 + 1 - w / 2, top = (side - 1) / 2 + 1 - h / 2;
-  BytePlane square(side, side);
-  square = 0;
-  for (int y = -1; y <= h; ++y)
-    for (int x = -1; x <= w; ++x) square(top + y, left + x) = luma(std::clamp(y, 0, h - 1), std::clamp(x, 0, w - 1));
+  const BytePlane square(PlaneOf(side, side, [&](int row, int column) -> int {
+    const int y = row - top, x = column - left;
+    return y < -1 || y > h || x < -1 || x > w ? 0 : luma(std::clamp(y, 0, h - 1), std::clamp(x, 0, w - 1));
+  }));
   const BytePlane turned(RotateImage(Rotation(side, side, 45.0f), {square, 0, 0}, {0, 0, side, side}));
   const BytePlane lines(MeasureByDefinition(r, turned));
   const BytePlane back(RotateImage(Rotation(side, side, -45.0f), {lines, 0, 0}, {0, 0, side + 2, side}));
-  for (int y = 2; y < h; ++y)
-    for (int x = 0; x < w; ++x)
-      mask(y, x) =
-          ToByte(static_cast<float>(back(top + 2 + y, left + 1 + x)) * 0.5f + static_cast<float>(mask(y, x)) * 0.5f);
-  return mask;
+  return PlaneOf(h, w, [&](int y, int x) {
+    const float upright = mask(y, x);
+    return y < 2 ? upright : static_cast<float>(back(top + 2 + y, left + 1 + x)) * 0.5f + upright * 0.5f + 0.5f;
+  });
 }
 
 // Fills what it allocates, so that a sample that nobody wrote shows.
