@@ -6,6 +6,7 @@
 
 #include "print/noise.h"
 #include "print/stipple_seed.h"
+#include "render/bands.h"
 #include "support/expect_styles.h"
 
 namespace quentara {
@@ -18,32 +19,29 @@ BytePlane CubicByDefinition(const BytePlane& plane, int height, int width) {
   };
   const float ky = static_cast<float>(plane.rows()) / static_cast<float>(height);
   const float kx = static_cast<float>(plane.cols()) / static_cast<float>(width);
-  BytePlane result(height, width);
-  for (int y = 0; y < height; ++y)
-    for (int x = 0; x < width; ++x) {
-      const float sy = ky * static_cast<float>(y) - 0.5f, sx = kx * static_cast<float>(x) - 0.5f;
-      const float fy = std::floor(sy), fx = std::floor(sx);
-      float down[4];
-      for (int i = 0; i < 4; ++i) {
-        float across[4];
-        for (int j = 0; j < 4; ++j)
-          across[j] = plane(std::clamp(static_cast<int>(fy) + i - 1, 0, plane.rows() - 1),
-                            std::clamp(static_cast<int>(fx) + j - 1, 0, plane.cols() - 1));
-        down[i] = cubic(across, sx - fx);
-      }
-      result(y, x) = static_cast<unsigned char>(std::clamp(cubic(down, sy - fy), 0.0f, 255.0f));
+  return PlaneOf(height, width, [&](int y, int x) {
+    const float sy = ky * static_cast<float>(y) - 0.5f, sx = kx * static_cast<float>(x) - 0.5f;
+    const float fy = std::floor(sy), fx = std::floor(sx);
+    float down[4];
+    for (int i = 0; i < 4; ++i) {
+      float across[4];
+      for (int j = 0; j < 4; ++j)
+        across[j] = plane(std::clamp(static_cast<int>(fy) + i - 1, 0, plane.rows() - 1),
+                          std::clamp(static_cast<int>(fx) + j - 1, 0, plane.cols() - 1));
+      down[i] = cubic(across, sx - fx);
     }
-  return result;
+    return std::clamp(cubic(down, sy - fy), 0.0f, 255.0f);
+  });
 }
 
 BytePlane DotsByDefinition(const BytePlane& plane, std::uint32_t seed, int firstRow) {
   const int height = plane.rows(), width = plane.cols();
-  BytePlane large(CubicByDefinition(plane, 2 * height, 2 * width));
-  for (int y = 0; y < 2 * height; ++y)
-    for (int x = 0; x < 2 * width; ++x)
-      if (NoiseHash(seed + static_cast<std::uint32_t>((y + firstRow * 2) * 2 * width + x)) > large(y, x))
-        large(y, x) = 0;
-  return CubicByDefinition(large, height, width);
+  const BytePlane large(CubicByDefinition(plane, 2 * height, 2 * width));
+  const BytePlane dots(PlaneOf(2 * height, 2 * width, [&](int y, int x) {
+    const unsigned char noise = NoiseHash(seed + static_cast<std::uint32_t>((y + firstRow * 2) * 2 * width + x));
+    return noise > large(y, x) ? 0 : large(y, x);
+  }));
+  return CubicByDefinition(dots, height, width);
 }
 
 BytePlane StampByDefinition(int radius, const BytePlane& plane) {
@@ -63,28 +61,20 @@ BytePlane StampByDefinition(int radius, const BytePlane& plane) {
   return out;
 }
 
-BytePlane MaskByDefinition(const StippleSettings& s, Tones tones, std::uint32_t seed, int workers,
-                           const ChannelSet& source) {
+BytePlane MaskByDefinition(const StippleSettings& s, Tones tones, std::uint32_t seed, const ChannelSet& source) {
   if (tones.spread == 0.0f) tones.spread = 15.0f;
   const float c = (1.0f - s.density) * 7.5f * tones.spread;
   const float cut = std::floor(tones.median + (s.thresh * 10.0f - 5.5f) * tones.spread) + 0.5f;
-  const int height = static_cast<int>(source.height()), width = static_cast<int>(source.width());
-  const int bands = std::min(workers, height);
-  BytePlane mask(height, width);
+  BytePlane mask(source.planes(0).shape());
   mask = 0;
   for (int i = 0; i < 3; ++i) {
-    for (int band = 0; band < bands; ++band) {
-      const int first = height / bands * band, end = band == bands - 1 ? height : first + height / bands;
-      BytePlane lifted(end - first, width);
-      for (int y = first; y < end; ++y)
-        for (int x = 0; x < width; ++x)
-          lifted(y - first, x) =
-              static_cast<unsigned char>(std::clamp(source.planes(i)(y, x) + c, 0.0f, 255.0f) + 0.5f);
-      const BytePlane dots(DotsByDefinition(lifted, seed, first));
-      for (int y = first; y < end; ++y)
-        for (int x = 0; x < width; ++x)
-          if (dots(y - first, x) > std::clamp(cut, 1.5f, 253.5f)) mask(y, x) = 255;
-    }
+    const BytePlane lifted(
+        EachPixel([&](float v) { return std::clamp(v + c, 0.0f, 255.0f) + 0.5f; }, source.planes(i)));
+    ForRowBands(mask.rows(), [&](int first, int rows) {
+      const BytePlane dots(DotsByDefinition(WrapRows(lifted, first, rows), seed, first));
+      for (int p = 0; p < static_cast<int>(dots.numElements()); ++p)
+        if (dots.data()[p] > std::clamp(cut, 1.5f, 253.5f)) Row(mask, first)[p] = 255;
+    });
     seed = static_cast<std::uint32_t>(static_cast<float>(seed) * 2.0f / 3.0f + 0.5f);
   }
   return s.dotSize == 1 ? mask : StampByDefinition(s.dotSize - 1, mask);
@@ -116,39 +106,35 @@ TEST(StippleMask, EqualsItsDefinitionOnRandomPictures) {
                                         {StippleSettings{1.0f, 0.5f, 3, 0.0f}, Tones{200.0f, 0.0f}},
                                         {StippleSettings{1.0f, 0.0f, 2, 0.0f}, Tones{100.0f, 60.0f}}})
     ForPictures([&, chosen = settings, levels = tones](const ChannelSet& picture, int) {
-      for (const int workers : {1, 2, 7}) {
-        StandaloneHost host(workers);
-        const Plugin::HostScope scope(host);
-        const BytePlane expected(MaskByDefinition(chosen, levels, 4000000000u, workers, picture));
+      ForWorkers([&](int) {
+        const BytePlane expected(MaskByDefinition(chosen, levels, 4000000000u, picture));
         EXPECT_EQ("", FirstDifference(expected, StippleMask(chosen, levels, 4000000000u, picture).planes(0)));
-      }
+      });
     });
 }
 
-/// The share of speck pixels on a flat frame of 200 x 200.
-double SpeckShare(int level, float density, int dotSize) {
-  ChannelSet picture("RGB", 200, 200);
-  for (int i = 0; i < 3; ++i) picture.planes(i) = static_cast<unsigned char>(level);
-  const ChannelSet mask = StippleMask({density, 0.5f, dotSize, 0.0f}, {100.0f, 20.0f}, 7, picture);
-  return blitz::count(mask.planes(0) < 128) / 40000.0;
+ChannelSet Flat(int side, int level) {
+  return Rgb([&](int) { return PlaneOf(side, side, [&](int, int) { return level; }); });
 }
 
 TEST(StippleMask, HasFewerSpecksOnBrighterFramesAndAtLowerDensity) {
   for (const int dotSize : {1, 2, 5}) {
     SCOPED_TRACE(testing::Message() << "dot size " << dotSize);
+    const auto specks = [&](int level, float density) {
+      const ChannelSet mask = StippleMask({density, 0.5f, dotSize, 0.0f}, {100.0f, 20.0f}, 7, Flat(200, level));
+      return blitz::count(mask.planes(0) < 128);
+    };
     for (const auto& [darker, brighter] : {std::pair{100, 130}, {130, 150}, {150, 170}})
-      EXPECT_GT(SpeckShare(darker, 0.7f, dotSize), SpeckShare(brighter, 0.7f, dotSize)) << darker;
-    EXPECT_GT(SpeckShare(130, 1.0f, dotSize), SpeckShare(130, 0.7f, dotSize));
-    EXPECT_GT(SpeckShare(130, 0.7f, dotSize), SpeckShare(130, 0.4f, dotSize));
-    // The dark side of the cut alone has specks.
-    EXPECT_EQ(1.0, SpeckShare(0, 1.0f, dotSize));
-    EXPECT_EQ(0.0, SpeckShare(255, 1.0f, dotSize));
+      EXPECT_GT(specks(darker, 0.7f), specks(brighter, 0.7f)) << darker;
+    for (const auto& [denser, thinner] : {std::pair{1.0f, 0.7f}, {0.7f, 0.4f}})
+      EXPECT_GT(specks(130, denser), specks(130, thinner)) << denser;
+    EXPECT_EQ(200 * 200, specks(0, 1.0f));  // the dark side of the cut alone has specks
+    EXPECT_EQ(0, specks(255, 1.0f));
   }
 }
 
 TEST(StipplePattern, DiffersBetweenRendersUnlessItsSeedIsFixed) {
-  ChannelSet picture("RGB", 60, 60);
-  for (int i = 0; i < 3; ++i) picture.planes(i) = 90;
+  const ChannelSet picture = Flat(60, 90);
   const auto stippled = [&] {
     return StipplePattern({1.0f, 0.5f, 1, 0.25f}, MakeOutlineColor({1.0f, 0.0f, 0.0f}), {100.0f, 20.0f}, picture,
                           picture);

@@ -8,9 +8,7 @@ namespace quentara {
 namespace {
 
 ChannelSet GreyRamp() {
-  BytePlane ramp(2, 128);
-  for (int i = 0; i < 256; ++i) ramp.data()[i] = static_cast<unsigned char>(i);
-  return ChannelSet("L", 128, 2, ramp);
+  return Grey(PlaneOf(2, 128, [](int y, int x) { return 128 * y + x; }));
 }
 
 TEST(ChannelSet, UnknownModesHaveNoPlanes) {
@@ -27,34 +25,30 @@ TEST(ChannelSet, SplitGivesCopiesOfTheChannels) {
   const ChannelSet picture = RandomPicture(4, 3, rng);
   const std::vector<ChannelSet> channels = picture.Split();
   ASSERT_EQ(3u, channels.size());
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ("L", channels[static_cast<std::size_t>(i)].mode());
-    EXPECT_EQ("", FirstDifference(picture.planes(i), channels[static_cast<std::size_t>(i)].planes(0)));
-  }
+  for (std::size_t i = 0; i < 3; ++i)
+    EXPECT_EQ("", FirstDifference(Grey(picture.planes(static_cast<int>(i))), channels[i]));
   EXPECT_EQ("1", ChannelSet("1", 2, 2).Split()[0].mode());
 }
 
 TEST(CopyChannels, FollowsThePairOfModes) {
   std::mt19937 rng(3);
   const ChannelSet picture = RandomPicture(2, 128, rng), grey = GreyRamp();
-  ChannelSet target(picture);
+  ChannelSet target(picture), untouched(grey), other = RandomPicture(2, 128, rng);
   CopyChannels(grey, target);
-  for (int i = 0; i < 3; ++i) EXPECT_EQ("", FirstDifference(grey.planes(0), target.planes(i)));
-  ChannelSet untouched(grey);
+  EXPECT_EQ("", FirstDifference(Rgb([&](int) { return grey.planes(0); }), target));
   CopyChannels(picture, untouched);
   EXPECT_EQ("", FirstDifference(grey, untouched));
+  CopyChannels(picture, other);
+  EXPECT_EQ("", FirstDifference(picture, other));
 }
 
 TEST(MixImages, RoundsHalfUpAndKeepsTheEnds) {
   const ChannelSet base = GreyRamp();
-  ChannelSet white(base);
-  white.planes(0) = 255;
   for (const float weight : {0.0f, 0.25f, 0.5f, 1.0f}) {
-    ChannelSet image(white);
+    ChannelSet image = Grey(PlaneOf(2, 128, [](int, int) { return 255; }));
     MixImages(base, image, weight);
-    for (int v = 0; v < 256; ++v)
-      EXPECT_EQ(static_cast<int>(weight * 255 + (1 - weight) * static_cast<float>(v) + 0.5f),
-                image.planes(0).data()[v]);
+    const auto mix = [&](float sample) { return weight * 255 + (1 - weight) * sample + 0.5f; };
+    EXPECT_EQ("", FirstDifference(EachPixel(mix, base.planes(0)), image.planes(0)));
   }
   ChannelSet other("RGB", 128, 2);
   other.planes(0) = 1;
