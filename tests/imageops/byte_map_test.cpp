@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "support/expect_styles.h"
+
 namespace quentara {
 namespace {
 
@@ -30,6 +32,14 @@ TEST(PowerMap, TakesExponentsBeyondTheRangeOfADouble) {
     EXPECT_EQ(255, PowerMap(exponent)[255]) << exponent;
     EXPECT_EQ(std::floor(255.0 * std::pow(254.0 / 255.0, exponent) + 0.5), PowerMap(exponent)[254]) << exponent;
   }
+}
+
+TEST(MapBytes, LooksEverySampleUpOnEveryInstructionSet) {
+  std::mt19937 rng(1);
+  const BytePlane plane(RandomPlane(7, 229, rng)), entries(RandomPlane(1, 256, rng));
+  const ByteMap map = MakeByteMap([&](int sample) { return entries(0, sample); });
+  const BytePlane expected(EachPixel([&](int sample) { return entries(0, sample); }, plane));
+  ForInstructionSets([&] { ExpectWithAnyWorkers(expected, [&] { return MapBytes(map, plane); }); });
 }
 
 }  // namespace

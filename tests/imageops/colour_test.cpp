@@ -38,20 +38,22 @@ Pixel ReplacedByDefinition(const Pixel& pixel, int oldLuma, int newLuma) {
 
 TEST(Luma, RoundsTheWeightedSumOfEachStandardAndFindsTheBrightest) {
   std::mt19937 rng(1);
-  const ChannelSet picture = RandomPicture(40, 61, rng);
-  const BytePlane hd(LumaPlane709(picture)), sd(LumaPlane601(picture)), brightest(BrightestPlane(picture));
-  EXPECT_EQ("", FirstDifference(Grey(sd), LumaImage601(picture)));
-  EXPECT_EQ("", FirstDifference(Grey(hd), LumaImage709(picture)));
-  for (int y = 0; y < 40; ++y)
-    for (int x = 0; x < 61; ++x) {
-      const auto [r, g, b] = PixelAt(picture, y, x);
-      EXPECT_NEAR(0.2126 * r + 0.7152 * g + 0.0722 * b, hd(y, x), 0.5001);
-      EXPECT_NEAR(0.299 * r + 0.587 * g + 0.114 * b, sd(y, x), 0.5001);
-      EXPECT_EQ(std::max({r, g, b}), brightest(y, x));
-    }
-  const ChannelSet grey = Grey(picture.planes(2));
-  EXPECT_EQ("", FirstDifference(picture.planes(2), LumaPlane709(grey)));
-  EXPECT_EQ("", FirstDifference(grey, LumaImage601(grey)));
+  const ChannelSet picture = RandomPicture(40, 61, rng), grey = Grey(picture.planes(2));
+  const auto each = [&](const auto& f) {
+    return EachPixel(f, picture.planes(0), picture.planes(1), picture.planes(2));
+  };
+  const BytePlane hd(each([](int r, int g, int b) { return ToByte(0.2126f * r + 0.7152f * g + 0.0722f * b); }));
+  const BytePlane sd(each([](int r, int g, int b) { return ToByte(0.299f * r + 0.587f * g + 0.114f * b); }));
+  const BytePlane brightest(each([](int r, int g, int b) { return std::max({r, g, b}); }));
+  ForInstructionSets([&] {
+    EXPECT_EQ("", FirstDifference(hd, LumaPlane709(picture)));
+    EXPECT_EQ("", FirstDifference(sd, LumaPlane601(picture)));
+    EXPECT_EQ("", FirstDifference(brightest, BrightestPlane(picture)));
+    EXPECT_EQ("", FirstDifference(Grey(hd), LumaImage709(picture)));
+    EXPECT_EQ("", FirstDifference(Grey(sd), LumaImage601(picture)));
+    EXPECT_EQ("", FirstDifference(grey, LumaImage601(grey)));
+    EXPECT_EQ("", FirstDifference(grey.planes(0), LumaPlane709(grey)));
+  });
 }
 
 TEST(ReplaceLuma, EqualsItsDefinitionWithAnyWorkers) {
@@ -70,29 +72,53 @@ TEST(ReplaceLuma, EqualsItsDefinitionWithAnyWorkers) {
     }
 }
 
-TEST(Hsv, PlacesTheHuesAndComesBack) {
-  const auto hue = [](const Pixel& pixel) { return RgbToHsv(OnePixel(pixel)).planes(0)(0, 0); };
-  const std::pair<Pixel, float> hues[] = {{{255, 0, 0}, 0.0f},   {{255, 255, 0}, 60.0f}, {{0, 255, 0}, 120.0f},
-                                          {{0, 0, 255}, 240.0f}, {{90, 0, 90}, 300.0f},  {{77, 77, 77}, 0.0f}};
-  for (const auto& [pixel, degrees] : hues) EXPECT_EQ(degrees, hue(pixel));
-  EXPECT_EQ(0.0f, RgbToHsv(OnePixel({0, 0, 0})).planes(1)(0, 0));
-  EXPECT_EQ(0.75f, RgbToHsv(OnePixel({200, 50, 100})).planes(1)(0, 0));
-
-  ForPictures([](const ChannelSet& picture, int) {
-    ExpectWithAnyWorkers(picture, [&] {
-      const auto parts = RgbToHsv(picture).Split();
-      for (const float degrees : parts[0].planes(0)) EXPECT_TRUE(degrees >= 0.0f && degrees < 360.0f) << degrees;
-      return HsvToRgb(parts[0], parts[1], parts[2]);
-    });
-  });
+std::array<float, 3> HsvByDefinition(float r, float g, float b) {
+  const float most = std::max({r, g, b}), least = std::min({r, g, b}), delta = (most - least) / 255.0f;
+  if (most == least) return {0.0f, 0.0f, most};
+  const float sixths = r == most   ? (g - b) / 255.0f / delta
+                       : g == most ? 2.0f + (b - r) / 255.0f / delta
+                                   : 4.0f + (r - g) / 255.0f / delta;
+  return {sixths * 60.0f < 0.0f ? sixths * 60.0f + 360.0f : sixths * 60.0f, (most - least) / most, most};
 }
 
-TEST(Hsv, TakesAFullTurnForNone) {
-  FloatChannelSet hue("F", 1, 1), saturation("F", 1, 1), value("F", 1, 1);
-  hue.planes(0) = 360.0f;
-  saturation.planes(0) = 1.0f;
-  value.planes(0) = 200.0f;
-  EXPECT_EQ((Pixel{200, 0, 0}), PixelAt(HsvToRgb(hue, saturation, value), 0, 0));
+Pixel RgbByDefinition(float hue, float s, float value) {
+  const float sixths = (hue == 360.0f ? 0.0f : hue) / 60.0f, f = sixths - std::floor(sixths);
+  const int v = ToByte(value), p = ToByte(value * (1.0f - s)), q = ToByte(value * (1.0f - s * f)),
+            t = ToByte(value * (1.0f - s * (1.0f - f)));
+  const Pixel sextants[] = {{v, t, p}, {q, v, p}, {p, v, t}, {p, q, v}, {t, p, v}, {v, p, q}};
+  return sextants[static_cast<int>(sixths)];
+}
+
+FloatChannelSet Floats(const FloatPlane& plane) {
+  return FloatChannelSet("L", static_cast<std::uint32_t>(plane.cols()), static_cast<std::uint32_t>(plane.rows()),
+                         plane);
+}
+
+TEST(Hsv, EqualsItsDefinitionsOnEveryInstructionSet) {
+  std::mt19937 rng(4);
+  for (const int step : {1, 85}) {  // few values make greys and ties of two channels
+    const ChannelSet picture =
+        Rgb([&](int) { return EachPixel([&](int v) { return v * step; }, RandomPlane(7, 229, rng, 0, 255 / step)); });
+    const auto share = [&] { return static_cast<float>(rng() % 1001) / 1000.0f; };
+    const auto hueAt = [&](int y, int x) { return y == 0 ? static_cast<float>(x % 7) * 60.0f : 359.9999f * share(); };
+    const FloatPlane hue(PlaneOf<float>(7, 229, hueAt));
+    const FloatPlane saturation(PlaneOf<float>(7, 229, [&](int, int) { return share(); }));
+    const FloatPlane value(PlaneOf<float>(7, 229, [&](int, int) { return 255.0f * share(); }));
+    ForInstructionSets([&] {
+      const std::vector<FloatChannelSet> parts = RgbToHsv(picture).Split();
+      for (std::size_t i = 0; i < 3; ++i) {
+        const auto part = [&](float r, float g, float b) { return HsvByDefinition(r, g, b)[i]; };
+        const FloatPlane expected(EachPixel<float>(part, picture.planes(0), picture.planes(1), picture.planes(2)));
+        EXPECT_EQ("", FirstDifference(expected, parts[i].planes(0)));
+      }
+      EXPECT_EQ("", FirstDifference(picture, HsvToRgb(parts[0], parts[1], parts[2])));
+      const ChannelSet expected = Rgb([&](std::size_t i) {
+        return EachPixel([&](float h, float s, float v) { return RgbByDefinition(h, s, v)[i]; }, hue, saturation,
+                         value);
+      });
+      EXPECT_EQ("", FirstDifference(expected, HsvToRgb(Floats(hue), Floats(saturation), Floats(value))));
+    });
+  }
 }
 
 TEST(ReplaceValue, EqualsTheRoadThroughHsv) {
@@ -103,7 +129,7 @@ TEST(ReplaceValue, EqualsTheRoadThroughHsv) {
     const ChannelSet picture = RandomPicture(height, width, rng);
     const auto replaced = [&](const FloatPlane& value) {
       const std::vector<FloatChannelSet> hsv = RgbToHsv(picture).Split();
-      return HsvToRgb(hsv[0], hsv[1], FloatChannelSet("L", picture.width(), picture.height(), value));
+      return HsvToRgb(hsv[0], hsv[1], Floats(value));
     };
     const BytePlane bytes(RandomPlane(height, width, rng));
     const FloatPlane floats(0.37f * bytes), whole(1.0f * bytes);

@@ -9,7 +9,6 @@
 #include "imageops/range_mean_filter.h"
 #include "imageops/range_median_filter.h"
 #include "imageops/window_definitions.h"
-#include "imageops/window_kernels_dispatch.h"
 #include "render/bands.h"
 #include "support/expect_styles.h"
 
@@ -50,13 +49,11 @@ void ForPlanes(std::initializer_list<int> limits, const Check& check) {
 // Expects filter() to be as the definition says on every instruction set, at every so many'th row and column.
 template <class T, class Filter>
 void Expect(int every, const Plane<T>& definition, const Filter& filter) {
-  for (const WindowKernels* kernels : RunnableKernels()) {
-    SCOPED_TRACE(kernels->name);
-    const KernelScope scope(*kernels);
+  ForInstructionSets([&] {
     const Plane<T> result(filter());
     const auto chosen = [&](int size) { return blitz::Range(0, size - 1, every); };
     EXPECT_EQ("", FirstDifference(definition, Plane<T>(result(chosen(result.rows()), chosen(result.cols())))));
-  }
+  });
 }
 
 void ExpectFilters(int every, int r, const BytePlane& plane) {
@@ -128,9 +125,8 @@ TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
     const auto pass = [&](int index, bool square) {
       return RangePass{index, square, r, kLimit, BandCount(v.rows(), r)};
     };
-    for (const WindowKernels* kernels : RunnableKernels()) {
-      SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << r << " " << kernels->name);
-      const KernelScope scope(*kernels);
+    SCOPED_TRACE(testing::Message() << height << "x" << width << " radius " << r);
+    ForInstructionSets([&] {
       ExpectWithAnyWorkers(MedianFilter(r, v), [&] { return MedianInBands(r, v); });
       ExpectWithAnyWorkers(MedianDeviationFilter(r, v, c), [&] { return MedianDeviationInBands(r, v, c); });
       ExpectWithAnyWorkers(MaxFilter(r, v), [&] { return MaxInBands(r, v); });
@@ -154,7 +150,7 @@ TEST(BandedFilters, GiveTheBytesOfOneCallOnEveryInstructionSet) {
         ExpectWithAnyWorkers(medians, [&] { return RangeMedianPass(pass(i, false), c, v); });
         ExpectRows(medians, [&](ByteRows rows) { RangeMedianLine2(r, c, v, kLimit, to, rows); });
       }
-    }
+    });
   }
 }
 

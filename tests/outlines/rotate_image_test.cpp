@@ -4,8 +4,7 @@
 
 #include <cmath>
 
-#include "imageops/window_kernels_dispatch.h"
-#include "support/planes.h"
+#include "support/expect_styles.h"
 
 namespace quentara {
 namespace {
@@ -43,12 +42,11 @@ TEST(RotateImage, TakesThePastedPlaneForTheWholeImage) {
     Window window = {below(height), below(width), 0, 0};
     window.height = 1 + below(height - window.top), window.width = 1 + below(width - window.left);
     for (const float degrees : {0.0f, 45.0f, -45.0f, 90.0f, -170.0f, 13.7f}) {
+      SCOPED_TRACE(testing::Message() << "run " << run << " by " << degrees);
       const BytePlane expected(RotatedByDefinition(height, width, degrees, pasted, window));
-      for (const WindowKernels* kernels : RunnableKernels()) {
-        const KernelScope scope(*kernels);
-        EXPECT_EQ("", FirstDifference(expected, RotateImage(Rotation(width, height, degrees), pasted, window)))
-            << kernels->name << " run " << run << " by " << degrees;
-      }
+      ForInstructionSets([&] {
+        EXPECT_EQ("", FirstDifference(expected, RotateImage(Rotation(width, height, degrees), pasted, window)));
+      });
     }
   }
 }

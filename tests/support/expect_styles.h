@@ -1,10 +1,11 @@
-/// What every paint style and print stage is put to: frames down to one pixel, and any number of workers.
+/// What stages and filters are put to: frames down to one pixel, any number of workers, every instruction set.
 #pragma once
 
 #include <gtest/gtest.h>
 
 #include <array>
 
+#include "imageops/window_kernels_dispatch.h"
 #include "render/standalone_host.h"
 #include "support/planes.h"
 
@@ -29,6 +30,16 @@ void ForWorkers(const Check& check) {
     StandaloneHost host(workers);
     const Plugin::HostScope scope(host);
     check(workers);
+  }
+}
+
+/// Calls check() for every instruction set that this processor runs.
+template <class Check>
+void ForInstructionSets(const Check& check) {
+  for (const WindowKernels* kernels : RunnableKernels()) {
+    SCOPED_TRACE(kernels->name);
+    const KernelScope scope(*kernels);
+    check();
   }
 }
 
