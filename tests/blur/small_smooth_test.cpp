@@ -18,22 +18,17 @@ FloatPlane PassByDefinition(const Taps& taps, const FloatPlane& plane) {
   const int height = plane.rows(), width = plane.cols();
   const auto inner = [&](float a, float b, float c) { return (a + taps.centre * b + c) / taps.innerSum; };
   const auto edge = [&](float e, float n) { return (n + taps.centre * e) / taps.edgeSum; };
-  FloatPlane down(plane.copy());
-  for (int y = 1; y < height - 1; ++y)
-    for (int x = 0; x < width; ++x) down(y, x) = inner(plane(y - 1, x), plane(y, x), plane(y + 1, x));
-  FloatPlane across(down.copy());
-  for (int y = 0; y < height; ++y)
-    for (int x = 1; x < width - 1; ++x) across(y, x) = inner(down(y, x - 1), down(y, x), down(y, x + 1));
-  FloatPlane edges(across.copy());
-  for (int x = 0; x < width && height > 1; ++x) {
-    edges(0, x) = edge(across(0, x), across(1, x));
-    edges(height - 1, x) = edge(across(height - 1, x), across(height - 2, x));
-  }
-  for (int y = 0; y < height && width > 1; ++y) {
-    edges(y, 0) = edge(across(y, 0), across(y, 1));
-    edges(y, width - 1) = edge(across(y, width - 1), across(y, width - 2));
-  }
-  return edges;
+  const FloatPlane down(PlaneOf<float>(height, width, [&](int y, int x) {
+    return y > 0 && y < height - 1 ? inner(plane(y - 1, x), plane(y, x), plane(y + 1, x)) : plane(y, x);
+  }));
+  const FloatPlane across(PlaneOf<float>(height, width, [&](int y, int x) {
+    return x > 0 && x < width - 1 ? inner(down(y, x - 1), down(y, x), down(y, x + 1)) : down(y, x);
+  }));
+  return PlaneOf<float>(height, width, [&](int y, int x) {
+    if (width > 1 && (x == 0 || x == width - 1)) return edge(across(y, x), across(y, x == 0 ? 1 : width - 2));
+    if (height > 1 && (y == 0 || y == height - 1)) return edge(across(y, x), across(y == 0 ? 1 : height - 2, x));
+    return across(y, x);
+  });
 }
 
 FloatPlane ByDefinition(const Taps& taps, int passes, const BytePlane& plane) {

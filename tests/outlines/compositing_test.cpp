@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "blur/small_smooth.h"
 #include "support/expect_styles.h"
 
@@ -77,14 +75,6 @@ TEST(MultiplyPlanes, RoundsEveryProduct) {
       b(PlaneOf(256, 256, [](int, int x) { return x; }));
   const BytePlane products(PlaneOf(256, 256, [](int y, int x) { return Rounded(static_cast<float>(y * x) / 255.0f); }));
   ExpectWithAnyWorkers(products, [&] { return MultiplyPlanes(a, b); });
-}
-
-TEST(SoftLightSelf, KeepsEndsAndMiddle) {
-  for (const float kept : {0.0f, 127.5f, 255.0f}) EXPECT_EQ(kept, SoftLightSelf(kept));
-  for (int sample = 0; sample < 256; ++sample) {
-    const double s = sample / 255.0;
-    EXPECT_NEAR(255.0 * (3.0 * s * s - 2.0 * s * s * s), SoftLightSelf(static_cast<float>(sample)), 1e-3);
-  }
 }
 
 }  // namespace

@@ -46,21 +46,5 @@ TEST(CrayonMerge, EqualsItsDefinitionWithAnyWorkers) {
   });
 }
 
-TEST(CrayonMerge, WeighsByLumaAlone) {
-  using Pixel = std::array<int, 3>;
-  const auto set = [](const Pixel& pixel) {
-    return Rgb([&](std::size_t i) { return PlaneOf(1, 1, [&](int, int) { return pixel[i]; }); });
-  };
-  const Pixel grey = {100, 100, 100}, tinted = {119, 90, 100};  // of one luma
-  for (const auto& [dark, light, expected] :
-       {std::array<Pixel, 3>{{{60, 60, 60}, {140, 141, 145}, {100, 101, 103}}},  // moved by 40 and by 41
-        {{tinted, {150, 150, 150}, {150, 150, 150}}},
-        {{tinted, grey, tinted}}}) {
-    ChannelSet merged = set(dark);
-    CrayonMerge(merged, set(light), set(grey));
-    EXPECT_EQ("", FirstDifference(set(expected), merged));
-  }
-}
-
 }  // namespace
 }  // namespace quentara
