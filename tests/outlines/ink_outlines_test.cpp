@@ -69,12 +69,12 @@ ChannelSet Columns(int height, int width, int (*sampleAt)(int x)) {
   return Rgb([&](int) { return PlaneOf(height, width, [&](int, int x) { return sampleAt(x); }); });
 }
 
-// A thin grey line on white paper, under another picture.
+// A grey line on white paper, under another picture.
 TEST(ComicOutlines, InkADarkLineAndNothingElse) {
-  const ChannelSet source = Columns(15, 21, [](int x) { return x == 10 ? 120 : 200; });
+  const ChannelSet source = Columns(15, 21, [](int x) { return x >= 9 && x <= 11 ? 120 : 200; });
   const ChannelSet picture = Columns(15, 21, [](int) { return 77; });
-  const ChannelSet inked = ComicOutlines({0.6f, 0.5f, 3, 0.0f, 0.0f, kFast}, kBlack, {}, nullptr, source, picture);
-  EXPECT_EQ("", FirstDifference(Columns(15, 21, [](int x) { return x == 10 ? 0 : 77; }), inked));
+  const ChannelSet inked = ComicOutlines({0.6f, 0.5f, 3, 0.0f, 0.25f, kFast}, kBlack, {}, nullptr, source, picture);
+  EXPECT_EQ("", FirstDifference(Columns(15, 21, [](int x) { return x >= 9 && x <= 11 ? 19 : 77; }), inked));
 }
 
 // A bright line through shadow stays free of ink, a dark one through light is inked, the flat ground of each is not.

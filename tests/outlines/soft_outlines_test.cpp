@@ -1,3 +1,4 @@
+// The outlines of soft lines: Soft and Conte.
 #include "outlines/soft_outlines.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,8 @@
 
 #include "blur/small_smooth.h"
 #include "imageops/hsv.h"
+#include "imageops/luma.h"
+#include "outlines/conte_outlines.h"
 #include "outlines/soft_line_merge.h"
 #include "outlines/thick_line_mask.h"
 #include "support/expect_styles.h"
@@ -65,6 +68,42 @@ TEST(SoftOutlines, EqualTheirDefinitionWithOneWorkerAndWithSeveral) {
                                         SoftOutlines(settings, outline, source, picture)));
         });
       }
+}
+
+int CrayonsByDefinition(int dark, int light, int darkMove, int lightMove) {
+  if (darkMove == 0) return lightMove == 0 ? dark : light;
+  if (lightMove == 0) return dark;
+  const float w = static_cast<float>(darkMove) / static_cast<float>(darkMove + lightMove);
+  return ToByte(w * static_cast<float>(dark) + (1.0f - w) * static_cast<float>(light));
+}
+
+ChannelSet CrayonsByDefinition(const ChannelSet& dark, const ChannelSet& light, const ChannelSet& picture) {
+  const BytePlane ld(LumaPlane601(dark)), ll(LumaPlane601(light)), lp(LumaPlane601(picture));
+  const auto merge = [](int d, int l, int darkLuma, int lightLuma, int luma) {
+    return CrayonsByDefinition(d, l, std::abs(darkLuma - luma), std::abs(lightLuma - luma));
+  };
+  return Rgb([&](int i) { return EachPixel(merge, dark.planes(i), light.planes(i), ld, ll, lp); });
+}
+
+// Drawings that leave about a third of the pixels of a picture alone.
+ChannelSet DrawnOver(const ChannelSet& picture, std::mt19937& rng) {
+  const BytePlane& red = picture.planes(0);
+  const ChannelSet drawing = RandomPicture(red.rows(), red.cols(), rng);
+  const BytePlane choice(RandomPlane(red.rows(), red.cols(), rng, 0, 2));
+  const auto draw = [](int sample, int drawn, int chosen) { return chosen == 0 ? sample : drawn; };
+  return Rgb([&](int i) { return EachPixel(draw, picture.planes(i), drawing.planes(i), choice); });
+}
+
+TEST(CrayonMerge, EqualsItsDefinitionWithAnyWorkers) {
+  ForPictures([](const ChannelSet& picture, int seed) {
+    std::mt19937 rng(static_cast<unsigned>(seed));
+    const ChannelSet dark = DrawnOver(picture, rng), light = DrawnOver(picture, rng);
+    ExpectWithAnyWorkers(CrayonsByDefinition(dark, light, picture), [&] {
+      ChannelSet merged = dark;
+      CrayonMerge(merged, light, picture);
+      return merged;
+    });
+  });
 }
 
 }  // namespace

@@ -72,9 +72,6 @@ TEST(ThickLineMask, EqualsItsDefinitionWithAnyWorkers) {
         }
       }
     }
-}
-
-TEST(ThickLineMask, StopsAtEachOfItsChecks) {
   const ChannelSet picture("L", 30, 30);
   EXPECT_EQ("", StopsAtEachOf(3, [&] { ThickLineMask(2, picture, kFast); }));
   EXPECT_EQ("", StopsAtEachOf(4, [&] { ThickLineMask(2, picture, kHigh); }));
