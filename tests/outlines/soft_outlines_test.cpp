@@ -42,11 +42,11 @@ ChannelSet StageByDefinition(const SoftOutlineSettings& settings, const OutlineC
   const auto mask = [&](int thickness) { return ThickLineMask(thickness, source, settings.quality); };
   const SoftLines soft{12.0f - (1.0f - settings.strength) * 20.0f / 3.0f, 11.0f - (1.0f - settings.strength) * 10.0f,
                        mask(settings.thickness), mask(settings.thickness + 1)};
-  const std::vector<FloatChannelSet> hsv = RgbToHsv(picture).Split();
+  const FloatPlane value(blitz::cast<float>(BrightestPlane(picture)));
   const bool black = color.colorClass == OutlineColorClass::Black;
-  FloatPlane merged(MergedByDefinition(soft, black ? &hsv[2].planes(0) : nullptr));
+  FloatPlane merged(MergedByDefinition(soft, black ? &value : nullptr));
   if (!black || !alone) merged = blitz::floor(merged + 0.5f);
-  ChannelSet out = black ? HsvToRgb(hsv[0], hsv[1], FloatChannelSet("F", picture.width(), picture.height(), merged))
+  ChannelSet out = black ? ReplaceValue(picture, merged)
                          : OverlayOutlineColor(picture, Grey(BytePlane(blitz::cast<unsigned char>(merged))), color);
   if (settings.transparency > 0.0f) MixImages(picture, out, 1.0f - settings.transparency);
   return out;

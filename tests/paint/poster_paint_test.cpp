@@ -63,10 +63,8 @@ ChannelSet PosterByDefinition(int paint1, int paint2, float blend, float foregro
   const auto lay = [](float sample, float mask, float soft) {
     return std::floor(sample * mask / 255.0f + soft * (1.0f - mask / 255.0f) + 0.5f);
   };
-  const auto hsv = RgbToHsv(picture).Split();
-  const FloatPlane value(
-      EachPixel<float>(lay, p, MaskByDefinition(brightest, foreground), DiffusedByDefinition(radius, p)));
-  return HsvToRgb(hsv[0], hsv[1], FloatChannelSet("L", picture.width(), picture.height(), value));
+  return ReplaceValue(picture,
+                      EachPixel(lay, p, MaskByDefinition(brightest, foreground), DiffusedByDefinition(radius, p)));
 }
 
 TEST(PosterPaintStyle, EqualsItsDefinitionWithAnyWorkers) {

@@ -3,7 +3,6 @@
 
 #include "imageops/hsv.h"
 #include "imageops/luma.h"
-#include "outlines/compositing.h"
 #include "print/duotone.h"
 #include "print/lighter_value.h"
 #include "support/expect_styles.h"
@@ -14,12 +13,12 @@ namespace {
 // A flat picture of the lightest colour, faded to the darkest by the brightest channels.
 TEST(DuotoneShading, FadesTheLightestColorToTheDarkest) {
   const DuotoneSettings settings = {{0.9f, 1.0f, 0.333f}, {0.05f, 0.7f, 0.111f}};
-  const int light[] = {230, 255, 85};  // 229.5 rounds up
+  const float light[] = {230.0f, 255.0f, 85.0f};  // 229.5 rounds up
   const float dark[] = {0.05f * 255.0f, 0.7f * 255.0f, 0.111f * 255.0f};
   ForPictures([&](const ChannelSet& picture, int) {
-    const BytePlane brightest(BrightestPlane(picture));
     const ChannelSet expected = Rgb([&](int i) {
-      return FadePlaneToValue(EachPixel([&](int) { return light[i]; }, brightest), dark[i], brightest);
+      const auto fade = [&](float v) { return light[i] * (v / 255.0f) + dark[i] * (1.0f - v / 255.0f) + 0.5f; };
+      return EachPixel(fade, BrightestPlane(picture));
     });
     ExpectWithAnyWorkers(expected, [&] { return DuotoneShading(settings, picture); });
   });

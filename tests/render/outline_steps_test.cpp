@@ -75,16 +75,14 @@ struct Frame {
 
   ChannelSet Rendered(Plugin::Host& host) const {
     const FrameBuffers result = RenderPipeline::Render(settings, host);
-    ChannelSet picture("RGB", result.width, result.height);
-    unsigned char* const buffers[] = {result.red, result.green, result.blue};
-    for (int i = 0; i < 3; ++i) {
-      std::copy_n(buffers[i], picture.pixelCount(), picture.planes(i).data());
-      host.Free(buffers[i]);
-    }
+    const std::vector<unsigned char*> buffers = {result.red, result.green, result.blue};
+    const ChannelSet wrapped = ChannelSet::Wrap("RGB", result.width, result.height, buffers);
+    ChannelSet picture = wrapped;  // its own samples
+    for (unsigned char* const buffer : buffers) host.Free(buffer);
     return picture;
   }
-  ChannelSet Rendered() const {
-    StandaloneHost host(2);
+  ChannelSet Rendered(int workers = 2) const {
+    StandaloneHost host(workers);
     return Rendered(host);
   }
 
@@ -129,10 +127,8 @@ TEST(Outlines, LieOverEachOtherInTheirOrder) {
             work = WoodcutOutlines(stages.woodcut, color, frame.tones, frame.skin, blur, source, seen, work);
             work = ScratchboardOutlines(stages.scratchboard, color, seen, work);
           }
-          for (const int workers : {1, 2, 3, 7}) {
-            StandaloneHost host(workers);
-            EXPECT_EQ("", FirstDifference(work, frame.Rendered(host))) << workers << " workers";
-          }
+          for (const int workers : {1, 2, 3, 7})
+            EXPECT_EQ("", FirstDifference(work, frame.Rendered(workers))) << workers << " workers";
         }
 }
 
