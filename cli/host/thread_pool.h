@@ -1,12 +1,9 @@
 /// The worker threads that a host offers to an effect.
 #pragma once
 
-#include <atomic>
-#include <condition_variable>
 #include <functional>
-#include <mutex>
-#include <thread>
-#include <vector>
+
+#include "platform/worker_threads.h"
 
 namespace quentara::cli {
 
@@ -17,12 +14,9 @@ class ThreadPool {
   using Iteration = std::function<int(int threadIndex, int i)>;
 
   /// @param threads  at least 1, the thread that calls Run among them.
-  explicit ThreadPool(int threads);
-  ~ThreadPool();
-  ThreadPool(const ThreadPool&) = delete;
-  ThreadPool& operator=(const ThreadPool&) = delete;
+  explicit ThreadPool(int threads) : threads_(threads) {}
 
-  int Threads() const { return static_cast<int>(workers_.size()) + 1; }
+  int Threads() const { return threads_; }
 
   /// Runs iterations 0 .. iterations - 1 and waits for all that were begun. The calling thread has index 0 and takes
   /// iteration 0; up to Threads() iterations, each has a thread of its own. Not to be called while it runs.
@@ -30,22 +24,8 @@ class ThreadPool {
   int Run(int iterations, const Iteration& iteration);
 
  private:
-  void WorkerLoop(int threadIndex);
-  void TakeIterations(int threadIndex);
-
-  std::mutex mutex_;
-  std::condition_variable begin_;
-  std::condition_variable end_;
-  unsigned long round_ = 0;  ///< counts the calls of Run, so that a worker joins each one once
-  int busy_ = 0;
-  bool closing_ = false;
-
-  const Iteration* iteration_ = nullptr;
-  int iterations_ = 0;
-  std::atomic<int> next_{0};
-  std::atomic<int> result_{0};
-
-  std::vector<std::thread> workers_;
+  const int threads_;
+  platform::WorkerThreads workers_;
 };
 
 }  // namespace quentara::cli
