@@ -79,12 +79,14 @@ TEST(ComicOutlines, InkADarkLineAndNothingElse) {
 
 // A bright line through shadow stays free of ink, a dark one through light is inked, the flat ground of each is not.
 TEST(WoodcutOutlines, CutLightLinesIntoSolidShadows) {
-  const ChannelSet source = Columns(30, 40, [](int x) { return x == 10 ? 40 : x < 20 ? 220 : x == 30 ? 115 : 30; });
+  const ChannelSet source = Columns(30, 40, [](int x) {
+    return x == 10 ? 40 : x < 20 ? 220 : x >= 34 ? 118 : x == 30 ? 115 : 30;
+  });
   const ChannelSet picture = Columns(30, 40, [](int) { return 200; });
   const WoodcutOutlineSettings settings = {0.5f, 0.5f, 1.0f, 3, 0.0f, false, 0.0f, kFast};
   const ChannelSet cut = WoodcutOutlines(settings, kBlack, {150.0f, 30.0f}, {0}, nullptr, source, source, picture);
   for (const int y : {0, 15, 29})
-    for (const auto& [x, expected] : {std::pair{4, 200}, {10, 0}, {30, 200}, {37, 0}})
+    for (const auto& [x, expected] : {std::pair{4, 200}, {10, 0}, {24, 0}, {30, 200}, {38, 0}})
       EXPECT_EQ(expected, cut.planes(0)(y, x)) << y << " " << x;
 }
 
