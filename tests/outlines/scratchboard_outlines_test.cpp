@@ -10,6 +10,7 @@
 #include "imageops/luma.h"
 #include "imageops/median_filter.h"
 #include "support/expect_styles.h"
+#include "support/stopping_host.h"
 
 namespace quentara {
 namespace {
@@ -47,6 +48,7 @@ float MeanByDefinition(const BytePlane& plane) {
 
 TEST(ScratchMask, EqualsItsDefinitionOnRandomPictures) {
   ForPictures([](const ChannelSet& image, int focus) {
+    EXPECT_EQ("", StopsAtEachOf(1, [&] { ScratchMask(100.0f, kRough, 0.4f, focus, image); }));
     for (const int style : {kRough, kSmooth})
       for (const float tone : {0.0f, 100.0f, 131.7f, 255.0f})
         for (const float push : {0.0f, 0.013f, 0.4f, 12.0f}) {

@@ -12,6 +12,7 @@
 #include "outlines/soft_line_merge.h"
 #include "outlines/thick_line_mask.h"
 #include "support/expect_styles.h"
+#include "support/stopping_host.h"
 
 namespace quentara {
 namespace {
@@ -98,11 +99,13 @@ TEST(CrayonMerge, EqualsItsDefinitionWithAnyWorkers) {
   ForPictures([](const ChannelSet& picture, int seed) {
     std::mt19937 rng(static_cast<unsigned>(seed));
     const ChannelSet dark = DrawnOver(picture, rng), light = DrawnOver(picture, rng);
-    ExpectWithAnyWorkers(CrayonsByDefinition(dark, light, picture), [&] {
+    const auto merge = [&] {
       ChannelSet merged = dark;
       CrayonMerge(merged, light, picture);
       return merged;
-    });
+    };
+    ExpectWithAnyWorkers(CrayonsByDefinition(dark, light, picture), merge);
+    EXPECT_EQ("", StopsAtEachOf(1, merge));
   });
 }
 
