@@ -7,6 +7,7 @@
 
 #include "errors.h"
 #include "host/effect.h"
+#include "support/temporary_folder.h"
 
 namespace quentara::cli {
 namespace {
@@ -87,7 +88,8 @@ TEST(Effect, RefusesAnEffectThatSetsItselfUpWrongly) {
 }
 
 TEST(Effect, RefusesALibraryThatIsNone) {
-  const std::string text = testing::TempDir() + "not_an_effect.so";
+  const TemporaryFolder folder;
+  const std::string text = folder / "not_an_effect.so";
   std::ofstream(text) << "text";
   EXPECT_THAT(EffectErrorOf([&] { Effect(text, {}); }),
               testing::StartsWith(text + " is not an effect; it cannot be loaded"));

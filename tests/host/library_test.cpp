@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "support/loaded_library.h"
+#include "support/temporary_folder.h"
 
 namespace quentara {
 namespace {
@@ -35,18 +36,16 @@ TEST(Library, PaintsInTwoThreadsAtOnceWhatTheCodeInsideItPaints) {
 }
 
 TEST(Library, LoadsFromAPathWithBlanksAndLettersOfAnyKind) {
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / u8"Quentara \u00e6\u6f22 effect";
-  std::filesystem::create_directories(folder);
+  const TemporaryFolder temporary;
+  const std::filesystem::path folder = temporary.path() / u8"Quentara \u00e6\u6f22 effect";
+  std::filesystem::create_directory(folder);
   const std::filesystem::path copy = folder / u8"na\u00efve name.aex";
-  std::filesystem::copy_file(QUENTARA_EFFECT, copy, std::filesystem::copy_options::overwrite_existing);
-  {
-    const LoadedLibrary library(copy);
-    FakeHost host;
-    host.entry = library.entry();
-    EXPECT_EQ(PF_Err_NONE, host.Send(PF_Cmd_GLOBAL_SETUP));
-    EXPECT_NE(0u, host.out.my_version);
-  }
-  std::filesystem::remove_all(folder);
+  std::filesystem::copy_file(QUENTARA_EFFECT, copy);
+  const LoadedLibrary library(copy);
+  FakeHost host;
+  host.entry = library.entry();
+  EXPECT_EQ(PF_Err_NONE, host.Send(PF_Cmd_GLOBAL_SETUP));
+  EXPECT_NE(0u, host.out.my_version);
 }
 
 TEST(Library, LeavesNothingBehindWhenItIsUnloaded) {

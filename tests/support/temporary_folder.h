@@ -1,10 +1,9 @@
 /// A folder for the files of one test.
 #pragma once
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <filesystem>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -13,13 +12,15 @@ namespace quentara {
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    std::string name = (std::filesystem::temp_directory_path() / "quentara.XXXXXX").string();
-    path_ = mkdtemp(name.data());
+    std::random_device random;
+    do path_ = std::filesystem::temp_directory_path() / ("quentara." + std::to_string(random()));
+    while (!std::filesystem::create_directory(path_));
   }
   ~TemporaryFolder() { std::filesystem::remove_all(path_); }
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
+  const std::filesystem::path& path() const { return path_; }
   std::string operator/(const std::string& name) const { return (path_ / name).string(); }
 
   /// The names of all files in the folder, hidden ones too, in order.
