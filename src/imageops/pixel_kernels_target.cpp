@@ -46,7 +46,8 @@ void MarkSkin(const RgbRun& in, uint8_t* __restrict marks, ptrdiff_t count) {
     const int16_t middle = green < blue ? blue : green, least = green < blue ? green : blue;
     const int16_t lead = narrow(red - middle), reach = narrow(middle - least);
     const auto reaches = [&](int times) { return narrow(narrow(times * lead) >= reach); };
-    const int16_t bright = narrow((red >= 100) & (narrow(4 * red) < narrow(9 * middle)) & (narrow(blue - green) <= 50));
+    const int16_t fourReds = narrow(4 * red), nineMiddles = narrow(9 * middle), blueness = narrow(blue - green);
+    const int16_t bright = narrow((red >= 100) & (fourReds < nineMiddles) & (blueness <= 50));
     const int16_t coloured = narrow((lead > 0) & (lead < 101) & ((lead >= 11) | (reach >= 11)));
     const int16_t paleRed = narrow((red > 190) & (lead > 5));
     const int16_t orange = narrow(reaches(5) | (~paleRed & reaches(10)));
