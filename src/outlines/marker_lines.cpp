@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstddef>
+#include <cstring>
 #include <iterator>
 #include <utility>
 #include <vector>
@@ -43,34 +45,75 @@ BytePlane BorderMap(int minimumDifference, const BytePlane& plane) {
 
 Pixels InnerLinePixels(const BytePlane& lines) {
   Pixels pixels;
-  for (int y = 1; y < lines.rows() - 1; ++y)
-    for (int x = 1; x < lines.cols() - 1; ++x)
-      if (Row(lines, y)[x] == kLine) pixels.push_back(y * lines.cols() + x);
+  const int width = lines.cols();
+  const Sample* const samples = lines.data();
+  for (int y = 1; y < lines.rows() - 1; ++y) {
+    const int end = (y + 1) * width - 1;
+    for (int pixel = y * width + 1; pixel < end; ++pixel) {
+      const void* const next = std::memchr(samples + pixel, kLine, static_cast<std::size_t>(end - pixel));
+      if (next == nullptr) break;
+      pixel = static_cast<int>(static_cast<const Sample*>(next) - samples);
+      pixels.push_back(pixel);
+    }
+  }
   return pixels;
 }
 
-bool Fits(const LineTemplate& t, const Sample* pixel) {
-  return *pixel == kLine && (pixel[t.set[0]] & pixel[t.set[1]] & pixel[t.set[2]]) == kPaper &&
-         (pixel[t.clear[0]] | pixel[t.clear[1]] | pixel[t.clear[2]]) == kLine;
-}
-
-// Erases all pixels that fit at once, as one that is gone may keep its neighbour from fitting.
-bool ErasePass(const LineTemplate& t, Sample* samples, Pixels& pixels) {
-  Pixels fitting;
-  const auto fits = [&](int pixel) { return Fits(t, samples + pixel); };
-  std::copy_if(pixels.begin(), pixels.end(), std::back_inserter(fitting), fits);
-  for (const int pixel : fitting) samples[pixel] = kPaper;
-  return !fitting.empty();
-}
-
-void Thin(BytePlane& lines, Pixels& pixels) {
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (const LineTemplate& t : LineTemplates(lines.cols())) changed |= ErasePass(t, lines.data(), pixels);
-    const auto erased = [&](int pixel) { return lines.data()[pixel] == kPaper; };
-    pixels.erase(std::remove_if(pixels.begin(), pixels.end(), erased), pixels.end());
+/// Thins lines to a width of one pixel, with the ring of each listed pixel at hand: bit i says that the ring neighbour
+/// i is line.
+class Thinning {
+ public:
+  Thinning(BytePlane& lines, Pixels& pixels)
+      : samples_(lines.data()),
+        pixels_(pixels),
+        offsets_(RingOffsets(lines.cols())),
+        rings_(lines.shape()),
+        fitting_(pixels.size()) {
+    std::fill_n(rings_.data(), rings_.numElements(), Sample{0});
+    for (const int pixel : pixels_)
+      for (std::size_t i = 0; i < 8; ++i)
+        rings_.data()[pixel] |= static_cast<Sample>((samples_[pixel + offsets_[i]] == kLine) << i);
   }
-}
+
+  void Run() {
+    std::size_t left;
+    do {
+      left = pixels_.size();
+      for (int turn = 0; turn < 8; ++turn) Pass(turn);
+      const auto erased = [&](int pixel) { return samples_[pixel] == kPaper; };
+      pixels_.erase(std::remove_if(pixels_.begin(), pixels_.end(), erased), pixels_.end());
+    } while (pixels_.size() < left);
+  }
+
+ private:
+  static Sample Turned(unsigned ring, int turn) { return static_cast<Sample>((ring << turn) | (ring >> (8 - turn))); }
+
+  // Erases all pixels that fit at once, as one that is gone may keep its neighbour from fitting.
+  void Pass(int turn) {
+    const Sample seen = Turned(kSeen, turn), wanted = Turned(kWanted, turn);
+    std::size_t count = 0;
+    for (const int pixel : pixels_) {
+      fitting_[count] = pixel;  // without a branch: whether it fits cannot be foreseen
+      count += (rings_.data()[pixel] & seen) == wanted;
+    }
+    std::for_each_n(fitting_.begin(), count, [&](int pixel) { Erase(pixel); });
+  }
+
+  // Without a line in its ring it fits no more.
+  void Erase(int pixel) {
+    samples_[pixel] = kPaper;
+    rings_.data()[pixel] = 0;
+    for (std::size_t i = 0; i < 8; ++i) rings_.data()[pixel + offsets_[i]] &= static_cast<Sample>(~(1u << (i + 4) % 8));
+  }
+
+  static constexpr unsigned kSeen = 0b01110111, kWanted = 0b01110000;  ///< of the first template, see `LineTemplates`
+
+  Sample* const samples_;
+  Pixels& pixels_;
+  const Ring offsets_;
+  BytePlane rings_;
+  Pixels fitting_;
+};
 
 // What is left when no pixel can go any more does not depend on the order in which they went, so each pixel's
 // neighbours follow it at once. Pixels of the frame count as neighbours and stay.
@@ -129,7 +172,7 @@ BytePlane MarkerLines(int thickness, int minimumDifference, const BytePlane& pla
   assert(thickness >= 1 && minimumDifference >= 1);
   BytePlane lines(BorderMap(minimumDifference, plane));
   Pixels pixels = InnerLinePixels(lines);
-  Thin(lines, pixels);
+  Thinning(lines, pixels).Run();
   Prune(lines, std::move(pixels));
   ClearFrame(lines);
   Plugin::CheckStop();
