@@ -101,7 +101,8 @@ class PictureSource {
   }
 
   [[noreturn]] void Fail(int error) const {
-    throw InputError(path_ + ": cannot be read after frame " + std::to_string(count_) + ": " + ErrorText(error));
+    const std::string place = count_ > 0 ? " after frame " + std::to_string(count_) : "";
+    throw InputError(path_ + ": cannot be read" + place + ": " + ErrorText(error));
   }
 
   std::string path_;
