@@ -144,14 +144,21 @@ class DiagonalSquare {
 // Measures a strip of the turned square. The filters see what they reach around the strip, so that its own pixels come
 // out as from the whole square.
 void MeasureStrip(int thickness, const DiagonalSquare& square, const Window& strip, unsigned char* lines) {
-  const int reach = 2 * thickness, side = square.side();
-  const int top = std::max(strip.top - reach, 0), bottom = std::min(strip.top + strip.height + reach, side);
-  const int left = std::max(strip.left - reach, 0), right = std::min(strip.left + strip.width + reach, side);
-  const BytePlane luma(square.Turned({top, left, bottom - top, right - left}));
-  const BytePlane levels(MaxFilter(thickness, MedianFilter(thickness, luma)));
-  for (int y = strip.top; y < strip.top + strip.height; ++y)
-    kShades.ShadeRun(Row(luma, y - top) + (strip.left - left), Row(levels, y - top) + (strip.left - left),
-                     lines + static_cast<std::ptrdiff_t>(y) * side + strip.left, strip.width);
+  const int side = square.side();
+  const auto before = [](int place, int reach) { return std::max(place - reach, 0); };
+  const auto behind = [side](int place, int reach) { return std::min(place + reach, side); };
+  const int stripEnd = strip.top + strip.height, right = behind(strip.left + strip.width, 2 * thickness);
+  const int top = before(strip.top, 2 * thickness), left = before(strip.left, 2 * thickness);
+  const int levelTop = before(strip.top, thickness), levelEnd = behind(stripEnd, thickness);
+  const BytePlane luma(square.Turned({top, left, behind(stripEnd, 2 * thickness) - top, right - left}));
+  BytePlane medians(levelEnd - levelTop, luma.cols()), levels(strip.height, luma.cols());
+  MedianFilter(thickness, luma, {medians, levelTop - top});
+  MaxFilter(thickness, medians, {levels, strip.top - levelTop});
+  for (int y = 0; y < strip.height; ++y) {
+    const int row = strip.top + y, column = strip.left - left;
+    kShades.ShadeRun(Row(luma, row - top) + column, Row(levels, y) + column,
+                     lines + static_cast<std::ptrdiff_t>(row) * side + strip.left, strip.width);
+  }
 }
 
 // Uses up `luma`.
