@@ -106,8 +106,9 @@ TEST(ShadowOutlines, CoverWhatIsNotAboveTheCut) {
   source.planes(1) = 90, 10, 10, 255;
   source.planes(2) = 10, 10, 91, 0;
   const ChannelSet picture = Columns(1, 4, [](int) { return 77; });
-  const ChannelSet inked = ShadowOutlines({0.5f, 0.0f, false, 0.0f}, kBlack, {100.0f, 10.0f}, source, picture);
-  EXPECT_EQ("", FirstDifference(Columns(1, 4, [](int x) { return x == 0 ? 0 : 77; }), inked));
+  const ChannelSet mask = Grey(PlaneOf(1, 4, [](int, int x) { return x == 0 ? 0 : 255; }));
+  const ChannelSet inked = ShadowOutlines({0.5f, 0.4f, false, 0.25f}, kBlack, {100.0f, 10.0f}, source, picture);
+  EXPECT_EQ("", FirstDifference(CompositeOutlineMask(picture, mask, 0.4f, 0.25f, kBlack), inked));
 }
 
 }  // namespace
