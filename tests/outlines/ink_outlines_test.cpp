@@ -69,6 +69,12 @@ ChannelSet Columns(int height, int width, int (*sampleAt)(int x)) {
   return Rgb([&](int) { return PlaneOf(height, width, [&](int, int x) { return sampleAt(x); }); });
 }
 
+// No power carries 255 to another level.
+TEST(ToneToLevel, LeavesAFrameOfWhiteTonesAlone) {
+  const ChannelSet white = Columns(3, 5, [](int x) { return x == 4 ? 80 : 255; });
+  EXPECT_EQ("", FirstDifference(white, ToneToLevel(85.0f, {0}, white)));
+}
+
 // A grey line on white paper, under another picture.
 TEST(ComicOutlines, InkADarkLineAndNothingElse) {
   const ChannelSet source = Columns(15, 21, [](int x) { return x >= 9 && x <= 11 ? 120 : 200; });
