@@ -32,12 +32,6 @@ std::vector<Frame> MakeSequence(const std::string& pattern, const std::vector<st
   return frames;
 }
 
-std::vector<std::int64_t> NumbersOf(Input& input) {
-  std::vector<std::int64_t> numbers;
-  for (const Frame& frame : ReadAll(input)) numbers.push_back(frame.number);
-  return numbers;
-}
-
 TEST(FrameRange, ReadsSpansStepsAndLists) {
   const auto numbers = [](const char* text) {
     const FrameRange range = ParseFrameRange(text);
@@ -106,11 +100,12 @@ TEST(Sequence, BecomesAVideoAtTheRateAskedFor) {
   options.frameRate = {30000, 1001};
   CopyMedia(folder / "f.%d.png", folder / "out.mov", options);
   CopyMedia(folder / "f.%d.png", folder / "out.mp4");
-  const ClipFacts facts = ReadClip(folder / "out.mp4");
-  EXPECT_EQ(3u, facts.times.size());
-  EXPECT_EQ(std::pair(15, 4), std::pair(facts.width, facts.height));
-  EXPECT_NEAR(24, av_q2d(facts.rate), 1e-6);
-  EXPECT_EQ(std::pair(AVCOL_SPC_SMPTE170M, AVCOL_PRI_BT709), std::pair(facts.matrix, facts.primaries));
+  const Clip clip = ReadClip(folder / "out.mp4");
+  ASSERT_EQ(3u, clip.frames.size());
+  const AVFrame& frame = *clip.frames[0];
+  EXPECT_EQ(std::pair(15, 4), std::pair(frame.width, frame.height));
+  EXPECT_NEAR(24, av_q2d(clip.stream->avg_frame_rate), 1e-6);
+  EXPECT_EQ(std::pair(AVCOL_SPC_SMPTE170M, AVCOL_PRI_BT709), std::pair(frame.colorspace, frame.color_primaries));
   const Rational rate = OpenInput(folder / "out.mov")->Info().frameRate;
   EXPECT_EQ(std::pair(options.frameRate.numerator, options.frameRate.denominator),
             std::pair(rate.numerator, rate.denominator));
@@ -123,7 +118,7 @@ TEST(Sequence, BecomesAVideoAtTheRateAskedFor) {
 TEST(Output, RefusesWhatWouldLoseSomething) {
   const TemporaryFolder folder;
   MakeSequence(folder / "f.%d.png", {1, 2});
-  MakeClip(folder / "in.mp4", {});
+  MakeClip(folder / "in.mp4");
   std::filesystem::create_symlink(folder / "in.mp4", folder / "link.mp4");
   std::filesystem::create_hard_link(folder / "f.2.png", folder / "g.002.png");
   const std::vector<std::string> before = folder.Names();
@@ -156,7 +151,7 @@ TEST(Output, RefusesWhatWouldLoseSomething) {
 
 TEST(Output, LeavesNothingBehindWhenGivenUp) {
   const TemporaryFolder folder;
-  MakeClip(folder / "in.mp4", {});
+  MakeClip(folder / "in.mp4");
   for (const char* name : {"out.mp4", "out.mkv", "out.avi"}) {
     const auto input = OpenInput(folder / "in.mp4");
     const auto output = OpenOutput(folder / name, *input);
@@ -182,7 +177,7 @@ TEST(Output, LeavesNothingBehindWhenGivenUp) {
 TEST(Output, AFullDiskIsAnErrorWithoutLeftovers) {
   const TemporaryFolder folder;
   ClipOptions options;
-  options.width = options.height = 256;
+  options.setUp = [](AVCodecContext& encoder) { encoder.width = encoder.height = 256; };
   MakeClip(folder / "in.mp4", options);
   const std::vector<std::string> before = folder.Names();
   // A limit on file sizes fails writes as a full disk does.

@@ -57,6 +57,12 @@ inline std::vector<Frame> ReadAll(Input& input) {
   return frames;
 }
 
+inline std::vector<std::int64_t> NumbersOf(Input& input) {
+  std::vector<std::int64_t> numbers;
+  for (const Frame& frame : ReadAll(input)) numbers.push_back(frame.number);
+  return numbers;
+}
+
 /// Copies an input to an output, frame by frame; returns how many.
 inline int CopyMedia(const std::string& from, const std::string& to, const OutputOptions& options = {},
                      const std::optional<FrameRange>& range = std::nullopt) {

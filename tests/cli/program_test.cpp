@@ -120,7 +120,7 @@ TEST(Sheet, ShowsAFrameOfAVideoUprightWithSquarePixels) {
   const TemporaryFolder folder;
   media::ClipOptions clip;  // 96 x 64, turned to 64 x 96, its pixels half as wide as high
   clip.rotation = 90;
-  clip.aspect = {2, 1};
+  clip.setUp = [](AVCodecContext& encoder) { encoder.sample_aspect_ratio = {2, 1}; };
   media::MakeClip(folder / "in.mov", clip);
   const Outcome outcome =
       RunProgram(Arguments{"sheet", folder / "in.mov", "-o", folder / "out.png", "--frame", "3", "--columns", "1"} +
@@ -155,17 +155,17 @@ TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
 
 TEST(Render, KeepsTheFramesAndTheRateOfAVideo) {
   const TemporaryFolder folder;
-  media::MakeClip(folder / "in.mp4", {});
+  media::MakeClip(folder / "in.mp4");
   const Arguments render = {"render", folder / "in.mp4", "--quiet", "-o"};
   for (const Arguments& options : {Arguments{}, Arguments{"--preview", "1/2"}}) {
     const std::string name = folder / ("out" + std::to_string(options.size()) + ".mkv");
     const Outcome outcome = RunProgram(render + Arguments{name} + options + kNothing);
     ASSERT_EQ(0, outcome.status) << outcome.err;
     EXPECT_EQ("", outcome.err);
-    const media::ClipFacts facts = media::ReadClip(name);
-    EXPECT_EQ(options.empty() ? 96 : 48, facts.width);
-    EXPECT_EQ(10u, facts.times.size());
-    EXPECT_NEAR(25, av_q2d(facts.rate), 1e-9);
+    const media::Clip clip = media::ReadClip(name);
+    ASSERT_EQ(10u, clip.frames.size());
+    EXPECT_EQ(options.empty() ? 96 : 48, clip.frames[0]->width);
+    EXPECT_NEAR(25, av_q2d(clip.stream->avg_frame_rate), 1e-9);
   }
 }
 
@@ -227,7 +227,7 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
 
 TEST(Render, WritesTheSameBytesHoweverManyFramesAreRenderedAtOnce) {
   const TemporaryFolder folder;
-  media::MakeClip(folder / "in.mp4", {});
+  media::MakeClip(folder / "in.mp4");
   const auto render = [&](const char* jobs, const char* threads) {
     const Outcome outcome = RunProgram(
         {"render", folder / "in.mp4", "-y", "-o", folder / "out.%d.png", "--jobs", jobs, "--threads", threads});
@@ -274,8 +274,7 @@ TEST(Render, EndsAtTheFirstBadFrameAndLeavesNoPartOfAVideo) {
 TEST(Program, LeavesNothingBehindWhenInterrupted) {
   const TemporaryFolder folder;
   media::ClipOptions options;
-  options.width = 640;
-  options.height = 360;
+  options.setUp = [](AVCodecContext& encoder) { encoder.width = 640, encoder.height = 360; };
   media::MakeClip(folder / "in.mp4", options);
   for (const int signal : {SIGINT, SIGTERM})
     for (const char* output : {"out.mkv", "out.png"}) {
