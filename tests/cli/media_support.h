@@ -32,7 +32,9 @@ inline std::vector<std::uint8_t> ReadFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-inline void WriteFile(const std::string& path, const std::vector<std::uint8_t>& content) {
+/// @param content  bytes or a text
+template <class Content = std::vector<std::uint8_t>>
+void WriteFile(const std::string& path, const Content& content) {
   std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(content.data()), content.size());
 }
 

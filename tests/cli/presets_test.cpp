@@ -14,7 +14,7 @@ using nlohmann::json;
 using testing::ElementsAre;
 
 json ParamsOf(const Arguments& options) {
-  const Outcome outcome = RunProgram(Arguments{"params", "--json"} + options);
+  const Outcome outcome = Succeed(Arguments{"params", "--json"} + options);
   EXPECT_EQ("", outcome.err);
   return json::parse(outcome.out);
 }
@@ -51,9 +51,11 @@ TEST(Preset, KeepsEveryParameterOnHostsWithAndWithoutGroups) {
 
 TEST(Preset, HoldsWhatDiffersAndLaterOnesAndSetWin) {
   const TemporaryFolder folder;
-  WriteText(folder / "a.json", R"({"parameters": {"Roto": "gouache", "Flat Shaded": {"Flatness": 20, "Quality": "Fast"},
+  media::WriteFile<std::string>(
+      folder / "a.json", R"({"parameters": {"Roto": "gouache", "Flat Shaded": {"Flatness": 20, "Quality": "Fast"},
                                                   "Comic Outlines": {"Comic Outlines": "off", "Strength": 10}}})");
-  WriteText(folder / "b.json", R"({"parameters": {"Flat Shaded/Flatness": 30.0, "Comic Outlines/Strength": 12.5}})");
+  media::WriteFile<std::string>(folder / "b.json",
+                                R"({"parameters": {"Flat Shaded/Flatness": 30.0, "Comic Outlines/Strength": 12.5}})");
   const Arguments options = {"--set",    "Flat Shaded/Quality=High", "--preset",      folder / "a.json",
                              "--preset", folder / "b.json",          "--save-preset", folder / "saved.json"};
   ParamsOf(options);
@@ -61,9 +63,7 @@ TEST(Preset, HoldsWhatDiffersAndLaterOnesAndSetWin) {
                             "Comic Outlines": {"Comic Outlines": false, "Strength": 12.5}})"),
             json::parse(ReadText(folder / "saved.json"))["parameters"]);
 
-  const Outcome again = RunProgram(Arguments{"params"} + options);
-  EXPECT_EQ(4, again.status);
-  ExpectOneLine(again.err, "saved.json: exists already");
+  ExpectFailure(4, Arguments{"params"} + options, "saved.json: exists already");
   ParamsOf({"-y", "--save-preset", folder / "saved.json"});
   EXPECT_EQ(json::object(), json::parse(ReadText(folder / "saved.json"))["parameters"]);
   EXPECT_THAT(folder.Names(), ElementsAre("a.json", "b.json", "saved.json"));
@@ -97,10 +97,8 @@ TEST(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
       {"{\n\"parameters\": {\n\"Roto\" \"Gouache\"}}", "broken JSON at line 3"},
   };
   for (const auto& [text, message] : cases) {
-    WriteText(folder / "bad.json", text);
-    const Outcome outcome = RunProgram({"params", "--preset", folder / "bad.json"});
-    EXPECT_EQ(2, outcome.status) << text;
-    ExpectOneLine(outcome.err, "bad.json: .*" + std::string(message));
+    media::WriteFile<std::string>(folder / "bad.json", text);
+    ExpectFailure(2, {"params", "--preset", folder / "bad.json"}, "bad.json: .*" + std::string(message));
   }
   const std::pair<Arguments, const char*> commands[] = {
       {{"--preset", folder / "none.json"}, "none.json: cannot be read: No such file"},
@@ -109,19 +107,13 @@ TEST(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
       {{"--preset", "xyzzy"}, "\"quentara presets\" lists them"},
       {{"--save-preset", folder / "picture.png"}, "picture.png: .*ends in .json"},
   };
-  for (const auto& [options, message] : commands) {
-    const Outcome outcome = RunProgram(Arguments{"params"} + options);
-    EXPECT_EQ(2, outcome.status);
-    ExpectOneLine(outcome.err, message);
-  }
+  for (const auto& [options, message] : commands) ExpectFailure(2, Arguments{"params"} + options, message);
   EXPECT_THAT(folder.Names(), ElementsAre("bad.json"));
 }
 
 TEST(Presets, ThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
-  const Outcome outcome = RunProgram({"presets"});
-  ASSERT_EQ(0, outcome.status) << outcome.err;
   std::set<json> tables = {ParamsOf({})};
-  std::istringstream lines(outcome.out);
+  std::istringstream lines(Succeed({"presets"}).out);
   for (std::string line; std::getline(lines, line);) {
     EXPECT_THAT(line, testing::MatchesRegex("[a-z-]+  +[A-Z].*[a-z]")) << line;
     EXPECT_TRUE(tables.insert(ParamsOf({"--preset", line.substr(0, line.find(' '))})).second) << line;
@@ -130,9 +122,7 @@ TEST(Presets, ThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
 
   const TemporaryFolder folder;
   media::WritePng(folder / "in.png", media::BlankFrame(20, 200, false));
-  const Outcome sheet =
-      RunProgram({"sheet", folder / "in.png", "-o", folder / "out.png", "--presets", "--columns", "50"});
-  ASSERT_EQ(0, sheet.status) << sheet.err;
+  Succeed({"sheet", folder / "in.png", "-o", folder / "out.png", "--presets", "--columns", "50"});
   const media::Frame picture = *media::OpenInput(folder / "out.png")->Next();
   EXPECT_GE(picture.width, 9 * 20);
   EXPECT_LT(picture.height, 2 * 200);  // one row: the source and all presets
@@ -143,15 +133,13 @@ TEST(Animation, RendersEachFrameAsWithSet) {
   std::mt19937 rng(3);
   for (const int number : {9, 10, 11})
     media::WritePng(folder / ("in." + std::to_string(number) + ".png"), media::RandomFrame(23, 17, false, true, rng));
-  WriteText(folder / "keys.json", R"({
+  media::WriteFile<std::string>(folder / "keys.json", R"({
     "Main Blur": {"Radius": [{"frame": 9, "value": 0}, {"frame": 11, "value": 9}]},
     "Color Effects/Outline Color": [{"frame": 10, "value": "#ff0000"}, {"frame": 12, "value": "#0000ff"}],
     "Roto": [{"seconds": 0, "value": "No Roto"}, {"seconds": 0.2, "value": "Gouache"}]})");
   const Arguments common = {"--set", "Main Blur/Thresh=35", "--set", "Roto=Bristle"};
   const auto render = [&](const Arguments& options) {
-    const Outcome outcome =
-        RunProgram(Arguments{"render", folder / "in.#.png", "-yq", "-o", folder / "out.#.png"} + common + options);
-    EXPECT_EQ(0, outcome.status) << outcome.err;
+    Succeed(Arguments{"render", folder / "in.#.png", "-yq", "-o", folder / "out.#.png"} + common + options);
   };
   render({"--animate", folder / "keys.json", "--fps", "10", "--frames", "10-11"});
   const std::pair<int, Arguments> expected[] = {
@@ -164,11 +152,9 @@ TEST(Animation, RendersEachFrameAsWithSet) {
     EXPECT_EQ(media::ReadFile(name), animated) << number;
   }
 
-  WriteText(folder / "keys.json", R"({"Main Blur/Radius": [{"frame": 9, "value": 31}]})");
-  const Outcome outcome =
-      RunProgram({"render", folder / "in.#.png", "-o", folder / "new.#.png", "--animate", folder / "keys.json"});
-  EXPECT_EQ(2, outcome.status);
-  ExpectOneLine(outcome.err, "keys.json: \"Main Blur/Radius\" takes .* 0 to 30, not \"31\"");
+  media::WriteFile<std::string>(folder / "keys.json", R"({"Main Blur/Radius": [{"frame": 9, "value": 31}]})");
+  ExpectFailure(2, {"render", folder / "in.#.png", "-o", folder / "new.#.png", "--animate", folder / "keys.json"},
+                "keys.json: \"Main Blur/Radius\" takes .* 0 to 30, not \"31\"");
 }
 
 }  // namespace

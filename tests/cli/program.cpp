@@ -19,17 +19,7 @@ std::string ReadText(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-void WriteText(const std::string& path, const std::string& text) {
-  std::ofstream(path) << text;
-}
-
-void ExpectOneLine(const std::string& text, const std::string& pattern) {
-  EXPECT_THAT(text, testing::ContainsRegex(pattern));
-  EXPECT_THAT(text, testing::StartsWith("quentara: "));
-  EXPECT_EQ(text.size() - 1, text.find('\n')) << text;
-}
-
-Program::Program(std::vector<std::string> arguments) {
+Program::Program(Arguments arguments) {
   arguments.insert(arguments.begin(), QUENTARA_PROGRAM);
   std::vector<char*> pointers;
   for (std::string& argument : arguments) pointers.push_back(argument.data());
@@ -66,6 +56,21 @@ Outcome Program::Wait() {
   process_ = 0;
   return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), ReadText(folder_ / "out"),
           ReadText(folder_ / "err")};
+}
+
+Outcome Succeed(const Arguments& arguments) {
+  Outcome outcome = Program(arguments).Wait();
+  EXPECT_EQ(0, outcome.status) << outcome.err;
+  return outcome;
+}
+
+void ExpectFailure(int status, const Arguments& arguments, const std::string& pattern) {
+  SCOPED_TRACE(testing::PrintToString(arguments));
+  const Outcome outcome = Program(arguments).Wait();
+  EXPECT_EQ(status, outcome.status);
+  EXPECT_EQ("", outcome.out);
+  EXPECT_THAT(outcome.err, testing::ContainsRegex(pattern));
+  EXPECT_THAT(outcome.err, testing::MatchesRegex("quentara: [^\n]*\n"));
 }
 
 }  // namespace quentara

@@ -18,10 +18,6 @@ inline Arguments operator+(Arguments a, const Arguments& b) {
 }
 
 std::string ReadText(const std::string& path);
-void WriteText(const std::string& path, const std::string& text);
-
-/// Expects one line of the program's that the regular expression is found in.
-void ExpectOneLine(const std::string& text, const std::string& pattern);
 
 struct Outcome {
   int status;  ///< the exit status, or minus the signal that ended the program
@@ -32,7 +28,7 @@ struct Outcome {
 /// `quentara`, started with some arguments.
 class Program {
  public:
-  explicit Program(std::vector<std::string> arguments);
+  explicit Program(Arguments arguments);
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -47,8 +43,11 @@ class Program {
   pid_t process_ = 0;
 };
 
-inline Outcome RunProgram(std::vector<std::string> arguments) {
-  return Program(std::move(arguments)).Wait();
-}
+/// Runs the program, which must succeed.
+Outcome Succeed(const Arguments& arguments);
+
+/// Runs the program, which must end with this status and say nothing but one line that the regular expression is found
+/// in.
+void ExpectFailure(int status, const Arguments& arguments, const std::string& pattern);
 
 }  // namespace quentara

@@ -4,13 +4,11 @@
 #include <signal.h>
 
 #include <chrono>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "cli/clip_maker.h"
 #include "cli/media_support.h"
-#include "media/still.h"
 
 namespace quentara {
 namespace {
@@ -34,35 +32,24 @@ Frame ReadPicture(const std::string& path) {
   return *media::OpenInput(path)->Next();
 }
 
-TEST(Render, WithEverythingOffEqualsItsInputInEightBits) {
+TEST(Render, WithEverythingOffGivesBackItsInputInTheEffectsEightBits) {
   const TemporaryFolder folder;
-  WriteRandomPng(folder / "in.png");
-  for (const char* threads : {"1", "3"}) {
-    const Outcome outcome = RunProgram(
-        Arguments{"render", folder / "in.png", "-y", "-o", folder / "out.png", "--threads", threads} + kNothing);
-    ASSERT_EQ(0, outcome.status) << outcome.err;
-    EXPECT_EQ(ReadPicture(folder / "in.png").pixels, ReadPicture(folder / "out.png").pixels);
+  for (const bool deep : {false, true}) {
+    WriteRandomPng(folder / "in.png", 1, deep);
+    Succeed(Arguments{"render", folder / "in.png", "-y", "-o", folder / "out.png"} + kNothing);
+    Frame expected = ReadPicture(folder / "in.png");
+    ASSERT_EQ(deep, expected.deep);
+    for (int i = 0; deep && i < expected.width * expected.height * 4; ++i)
+      if (i % 4 != 0) expected.Deep(0)[i] = static_cast<std::uint16_t>((expected.Deep(0)[i] * 255 >> 15) * 32768 / 255);
+    EXPECT_EQ(expected.pixels, ReadPicture(folder / "out.png").pixels);
   }
-}
-
-TEST(Render, WithEverythingOffKeepsSixteenBitPicturesToTheEffectsEight) {
-  const TemporaryFolder folder;
-  WriteRandomPng(folder / "in.png", 2, true);
-  const Outcome outcome = RunProgram(Arguments{"render", folder / "in.png", "-o", folder / "out.png"} + kNothing);
-  ASSERT_EQ(0, outcome.status) << outcome.err;
-  Frame expected = ReadPicture(folder / "in.png");
-  ASSERT_TRUE(expected.deep);
-  for (int i = 0; i < expected.width * expected.height * 4; ++i)
-    if (i % 4 != 0) expected.Deep(0)[i] = static_cast<std::uint16_t>((expected.Deep(0)[i] * 255 >> 15) * 32768 / 255);
-  EXPECT_EQ(expected.pixels, ReadPicture(folder / "out.png").pixels);
 }
 
 TEST(Render, KeepsTheNumbersOfASequenceAndReportsItsGaps) {
   const TemporaryFolder folder;
   for (const int number : {3, 4, 6}) WriteRandomPng(folder / ("in." + std::to_string(number) + ".png"), number);
   const Outcome outcome =
-      RunProgram(Arguments{"render", folder / "in.#.png", "-o", folder / "out.%02d.png"} + WithFake("Invert"));
-  ASSERT_EQ(0, outcome.status) << outcome.err;
+      Succeed(Arguments{"render", folder / "in.#.png", "-o", folder / "out.%02d.png"} + WithFake("Invert"));
   EXPECT_THAT(outcome.err, ContainsRegex("gaps: 5\n(.*\n)*3 frames in "));
   EXPECT_THAT(folder.Names(),
               ElementsAre("in.3.png", "in.4.png", "in.6.png", "out.03.png", "out.04.png", "out.06.png"));
@@ -75,45 +62,14 @@ TEST(Sheet, ShowsEveryStyleOfOneFrameAndNeverOverwritesUnasked) {
   const TemporaryFolder folder;
   WriteRandomPng(folder / "in.png");
   const Arguments sheet = {"sheet", folder / "in.png", "-o", folder / "sheet.png", "--columns", "30"};
-  const Outcome outcome = RunProgram(sheet);
-  ASSERT_EQ(0, outcome.status) << outcome.err;
+  Succeed(sheet);
   // The frame and nine choices of style in a row of 23 pixels each, and at least seven outlines below.
   const Frame picture = ReadPicture(folder / "sheet.png");
   EXPECT_GE(picture.width, 10 * 23);
   EXPECT_GE(picture.height, 2 * 17);
-  const Outcome again = RunProgram(sheet);
-  EXPECT_EQ(4, again.status);
-  ExpectOneLine(again.err, "exists already");
-  EXPECT_EQ(5, RunProgram(sheet + Arguments{"-y", "-q"} + WithFake("Fail")).status);
+  ExpectFailure(4, sheet, "exists already");
+  ExpectFailure(5, sheet + Arguments{"-y", "-q"} + WithFake("Fail"), "No paint left");
   EXPECT_EQ(picture.pixels, ReadPicture(folder / "sheet.png").pixels);
-}
-
-TEST(Sheet, TellsMistakesInOneLineAndWritesNothing) {
-  const TemporaryFolder folder;
-  WriteRandomPng(folder / "in.png");
-  const struct {
-    int status;
-    Arguments arguments;
-    const char* message;
-  } cases[] = {
-      {2, {"-o", folder / "out.png", "--tile", "5"}, "--tile"},
-      {2, {"-o", folder / "out.png", "--columns", "0"}, "--columns"},
-      {3, {"-o", folder / "out.png", "--frame", "2"}, "in.png"},
-      {4, {"-o", folder / "out.mp4"}, "out.mp4: a contact sheet is a picture"},
-      {4, {"-o", folder / "in.png", "-y"}, "is the input itself"},
-  };
-  for (const auto& [status, arguments, message] : cases) {
-    const Outcome outcome = RunProgram(Arguments{"sheet", folder / "in.png"} + arguments);
-    EXPECT_EQ(status, outcome.status);
-    ExpectOneLine(outcome.err, message);
-  }
-  media::WriteFile(folder / "fonts.conf", {'<', 'f', 'o', 'n', 't', 'c', 'o', 'n', 'f', 'i', 'g', '/', '>'});
-  setenv("FONTCONFIG_FILE", (folder / "fonts.conf").c_str(), 1);
-  const Outcome fontless = RunProgram({"sheet", folder / "in.png", "-o", folder / "out.png"});
-  unsetenv("FONTCONFIG_FILE");
-  EXPECT_EQ(4, fontless.status);
-  ExpectOneLine(fontless.err, "there is no font for the labels");
-  EXPECT_THAT(folder.Names(), ElementsAre("fonts.conf", "in.png"));
 }
 
 TEST(Sheet, ShowsAFrameOfAVideoUprightWithSquarePixels) {
@@ -122,10 +78,8 @@ TEST(Sheet, ShowsAFrameOfAVideoUprightWithSquarePixels) {
   clip.rotation = 90;
   clip.setUp = [](AVCodecContext& encoder) { encoder.sample_aspect_ratio = {2, 1}; };
   media::MakeClip(folder / "in.mov", clip);
-  const Outcome outcome =
-      RunProgram(Arguments{"sheet", folder / "in.mov", "-o", folder / "out.png", "--frame", "3", "--columns", "1"} +
-                 WithFake("Invert"));
-  ASSERT_EQ(0, outcome.status) << outcome.err;
+  Succeed(Arguments{"sheet", folder / "in.mov", "-o", folder / "out.png", "--frame", "3", "--columns", "1"} +
+          WithFake("Invert"));
   const Frame sheet = ReadPicture(folder / "out.png");
   int pictureRows = 0;
   for (int y = 0; y < sheet.height; ++y) {
@@ -144,29 +98,23 @@ TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
                                        {255, 30, 40, 50, 255, 30, 40, 50, 255, 0, 0, 250, 0, 250, 0, 0}};
   for (int y = 0; y < 4; ++y) std::copy(std::begin(samples[y % 2]), std::end(samples[y % 2]), frame.Bytes(y));
   media::WritePng(folder / "in.png", frame);
-  const Outcome outcome =
-      RunProgram(Arguments{"render", folder / "in.png", "-o", folder / "out.png", "--preview", "1/2"} + kNothing);
-  ASSERT_EQ(0, outcome.status) << outcome.err;
+  Succeed(Arguments{"render", folder / "in.png", "-o", folder / "out.png", "--preview", "1/2"} + kNothing);
   const Frame reduced = ReadPicture(folder / "out.png");
   ASSERT_EQ(std::pair(2, 2), std::pair(reduced.width, reduced.height));
   const int expected[] = {255, 20, 30, 40, 128, 0, 0, 250};
   for (int i = 0; i < 16; ++i) EXPECT_NEAR(expected[i % 8], reduced.pixels[i], 1) << i;
 }
 
-TEST(Render, KeepsTheFramesAndTheRateOfAVideo) {
+TEST(Render, KeepsTheFramesAndTheRateOfAVideoInAPreview) {
   const TemporaryFolder folder;
   media::MakeClip(folder / "in.mp4");
-  const Arguments render = {"render", folder / "in.mp4", "--quiet", "-o"};
-  for (const Arguments& options : {Arguments{}, Arguments{"--preview", "1/2"}}) {
-    const std::string name = folder / ("out" + std::to_string(options.size()) + ".mkv");
-    const Outcome outcome = RunProgram(render + Arguments{name} + options + kNothing);
-    ASSERT_EQ(0, outcome.status) << outcome.err;
-    EXPECT_EQ("", outcome.err);
-    const media::Clip clip = media::ReadClip(name);
-    ASSERT_EQ(10u, clip.frames.size());
-    EXPECT_EQ(options.empty() ? 96 : 48, clip.frames[0]->width);
-    EXPECT_NEAR(25, av_q2d(clip.stream->avg_frame_rate), 1e-9);
-  }
+  const Outcome outcome = Succeed(
+      Arguments{"render", folder / "in.mp4", "--quiet", "-o", folder / "out.mkv", "--preview", "1/2"} + kNothing);
+  EXPECT_EQ("", outcome.err);
+  const media::Clip clip = media::ReadClip(folder / "out.mkv");
+  ASSERT_EQ(10u, clip.frames.size());
+  EXPECT_EQ(48, clip.frames[0]->width);
+  EXPECT_NEAR(25, av_q2d(clip.stream->avg_frame_rate), 1e-9);
 }
 
 TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
@@ -174,15 +122,17 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
   WriteRandomPng(folder / "in.png");
   WriteRandomPng(folder / "old.png", 7);
   const std::vector<std::uint8_t> old = media::ReadFile(folder / "old.png");
-  std::vector<std::uint8_t> cut = media::ReadFile(folder / "in.png");
-  cut.resize(cut.size() / 2);
-  media::WriteFile(folder / "cut.png", cut);
+  media::WriteFile(folder / "cut.png", std::vector<std::uint8_t>(old.begin(), old.begin() + 99));
   media::WriteFile(folder / "seq.1.png", old);
+  media::WriteFile(folder / "fonts.conf", std::string("<fontconfig/>"));
   const std::vector<std::string> names = folder.Names();
 
   const std::string in = folder / "in.png", out = folder / "out.png";
   const auto render = [](const std::string& from, const std::string& to, const Arguments& more) {
     return Arguments{"render", from, "-o", to} + more;
+  };
+  const auto sheet = [&](const std::string& to, const Arguments& more) {
+    return Arguments{"sheet", in, "-o", to} + more;
   };
   const struct {
     int status;
@@ -211,27 +161,31 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
       {4, render(in, folder / "out.xyz", kNothing), "out.xyz"},
       {5, render(in, out, {"--effect", NO_EFFECT}), "is not an effect; it has no PluginEntry"},
       {5, render(in, out, {"--effect", in}), "in.png is not an effect; it cannot be loaded"},
+      {5, render(in, out, {"--effect", "/nowhere.so"}), "there is no effect at /nowhere.so"},
       {5, render(in, out, WithFake("Fail")), "the effect failed: No paint left. \\(error 512\\)"},
       {5, render(in, folder / "old.png", Arguments{"-y"} + WithFake("Fail Silently")), "ran out of memory"},
+      {2, sheet(out, {"--tile", "5"}), "--tile"},
+      {2, sheet(out, {"--columns", "0"}), "--columns"},
+      {3, sheet(out, {"--frame", "2"}), "in.png"},
+      {4, sheet(folder / "out.mp4", {}), "out.mp4: a contact sheet is a picture"},
+      {4, sheet(in, {"-y"}), "is the input itself"},
   };
-  for (const auto& [status, arguments, message] : cases) {
-    SCOPED_TRACE(testing::PrintToString(arguments));
-    const Outcome outcome = RunProgram(arguments);
-    EXPECT_EQ(status, outcome.status);
-    EXPECT_EQ("", outcome.out);
-    ExpectOneLine(outcome.err, message);
-    EXPECT_EQ(names, folder.Names());
+  const auto expectFailure = [&](int status, const Arguments& arguments, const char* message) {
+    ExpectFailure(status, arguments, message);
+    EXPECT_EQ(names, folder.Names()) << testing::PrintToString(arguments);
     EXPECT_EQ(old, media::ReadFile(folder / "old.png"));
-  }
+  };
+  for (const auto& [status, arguments, message] : cases) expectFailure(status, arguments, message);
+  setenv("FONTCONFIG_FILE", (folder / "fonts.conf").c_str(), 1);
+  expectFailure(4, sheet(out, {}), "there is no font for the labels");
+  unsetenv("FONTCONFIG_FILE");
 }
 
 TEST(Render, WritesTheSameBytesHoweverManyFramesAreRenderedAtOnce) {
   const TemporaryFolder folder;
   media::MakeClip(folder / "in.mp4");
   const auto render = [&](const char* jobs, const char* threads) {
-    const Outcome outcome = RunProgram(
-        {"render", folder / "in.mp4", "-y", "-o", folder / "out.%d.png", "--jobs", jobs, "--threads", threads});
-    EXPECT_EQ(0, outcome.status) << outcome.err;
+    Succeed({"render", folder / "in.mp4", "-y", "-o", folder / "out.%d.png", "--jobs", jobs, "--threads", threads});
     std::vector<std::vector<std::uint8_t>> files;
     for (int i = 1; i <= 10; ++i) files.push_back(media::ReadFile(folder / ("out." + std::to_string(i) + ".png")));
     return files;
@@ -246,7 +200,7 @@ TEST(Render, EndsAtTheFirstBadFrameAndLeavesNoPartOfAVideo) {
   const TemporaryFolder folder;
   for (int i = 1; i <= 6; ++i)
     for (const char* name : {"good.", "cut.", "size."}) WriteRandomPng(folder / (name + std::to_string(i) + ".png"), i);
-  media::WriteFile(folder / "cut.3.png", {0x89, 'P', 'N', 'G'});
+  media::WriteFile(folder / "cut.3.png", std::string("\x89PNG"));
   WritePng(folder / "size.3.png", media::BlankFrame(8, 8, false));
   const std::vector<std::string> names = folder.Names();
   const struct {
@@ -260,27 +214,21 @@ TEST(Render, EndsAtTheFirstBadFrameAndLeavesNoPartOfAVideo) {
   for (const auto& [status, input, mode, message] : cases)
     for (const char* jobs : {"1", "3"}) {
       const Arguments render = Arguments{"render", folder / input, "--jobs", jobs} + WithFake(mode);
-      const Outcome outcome = RunProgram(render + Arguments{"-o", folder / "out.mkv"});
-      EXPECT_EQ(status, outcome.status);
-      ExpectOneLine(outcome.err, message);
+      ExpectFailure(status, render + Arguments{"-o", folder / "out.mkv"}, message);
       EXPECT_EQ(names, folder.Names());
       if (status == 4) continue;
       const TemporaryFolder pictures;
-      EXPECT_EQ(status, RunProgram(render + Arguments{"-o", pictures / "%d.png"}).status);
+      ExpectFailure(status, render + Arguments{"-o", pictures / "%d.png"}, message);
       EXPECT_THAT(pictures.Names(), ElementsAre("1.png", "2.png"));
     }
 }
 
 TEST(Program, LeavesNothingBehindWhenInterrupted) {
   const TemporaryFolder folder;
-  media::ClipOptions options;
-  options.setUp = [](AVCodecContext& encoder) { encoder.width = 640, encoder.height = 360; };
-  media::MakeClip(folder / "in.mp4", options);
+  media::MakeClip(folder / "in.mp4");
   for (const int signal : {SIGINT, SIGTERM})
-    for (const char* output : {"out.mkv", "out.png"}) {
-      const bool video = std::string(output) == "out.mkv";
-      Program program(Arguments{"render", folder / "in.mp4", "--jobs", "3", "--frames", video ? "1-10" : "1", "-o",
-                                folder / output} +
+    for (const auto& [output, frames] : {std::pair{"out.mkv", "1-10"}, {"out.png", "1"}}) {
+      Program program(Arguments{"render", folder / "in.mp4", "--jobs", "3", "--frames", frames, "-o", folder / output} +
                       WithFake("Wait For Cancel"));
       program.AwaitMessage("rendering\n");
       program.Send(signal);
@@ -303,29 +251,26 @@ TEST(Program, EndsAtTheSecondSignal) {
 }
 
 TEST(Program, TellsItsVersionAndTheEffects) {
-  const Outcome outcome = RunProgram({"--version"});
-  EXPECT_EQ(0, outcome.status);
-  EXPECT_THAT(outcome.out, testing::MatchesRegex("quentara [0-9.]+\nVelmor! [0-9.]+ .*\n"));
+  EXPECT_THAT(Succeed({"--version"}).out, testing::MatchesRegex("quentara [0-9.]+\nVelmor! [0-9.]+ .*\n"));
 }
 
 TEST(Params, PrintsTheTableAsJson) {
-  const Outcome outcome = RunProgram({"params", "--json", "--set", "7=14", "--set", "Blend With Original=12.5%"});
-  ASSERT_EQ(0, outcome.status) << outcome.err;
-  const nlohmann::json rows = nlohmann::json::parse(outcome.out);
+  using nlohmann::json;
+  const json rows =
+      json::parse(Succeed({"params", "--json", "--set", "7=14", "--set", "Blend With Original=12.5%"}).out);
   ASSERT_EQ(159u, rows.size());
-  EXPECT_EQ(
-      nlohmann::json::parse(R"({"index": 27, "id": 7, "group": "Flat Shaded", "name": "Flatness", "kind": "slider",
-      "value": 14, "default": 10, "valid": [0, 100], "slider": [0, 50], "enabled": true})"),
-      rows[26]);
+  EXPECT_EQ(json::parse(R"({"index": 27, "id": 7, "group": "Flat Shaded", "name": "Flatness", "kind": "slider",
+                            "value": 14, "default": 10, "valid": [0, 100], "slider": [0, 50], "enabled": true})"),
+            rows[26]);
   EXPECT_EQ(12.5, rows[158]["value"]);
   EXPECT_EQ("#ffffff", rows[155]["default"]);
-  EXPECT_EQ(117u, nlohmann::json::parse(RunProgram({"params", "--json", "--host-version", "12.11"}).out).size());
+  EXPECT_EQ(117u, json::parse(Succeed({"params", "--json", "--host-version", "12.11"}).out).size());
 }
 
 TEST(Params, ShowsWhichRowsAreGreyed) {
   const Arguments params = Arguments{"params"} + WithFake("Invert");
-  EXPECT_THAT(RunProgram(params + Arguments{"--set", "Tone=off"}).out, ContainsRegex("Level  .*\\(greyed\\)\n"));
-  EXPECT_THAT(RunProgram(params + Arguments{"--set", "Tone=on"}).out, testing::Not(testing::HasSubstr("greyed")));
+  EXPECT_THAT(Succeed(params + Arguments{"--set", "Tone=off"}).out, ContainsRegex("Level  .*\\(greyed\\)\n"));
+  EXPECT_THAT(Succeed(params + Arguments{"--set", "Tone=on"}).out, testing::Not(testing::HasSubstr("greyed")));
 }
 
 }  // namespace
