@@ -1,41 +1,13 @@
 #include <gmock/gmock.h>
 
-#include <cstring>
 #include <random>
 
+#include "cli/small_table.h"
 #include "errors.h"
-#include "parameters/parameter_table.h"
 #include "parameters/text.h"
 
 namespace quentara::cli {
 namespace {
-
-Parameter Row(std::int32_t id, const char* group, const char* name, ParameterKind kind, Interval valid = {}) {
-  Parameter row;
-  row.id = id;
-  row.group = group;
-  row.name = name;
-  row.kind = kind;
-  row.valid = row.slider = valid;
-  return row;
-}
-
-ParameterTable SmallTable() {
-  Parameter roto = Row(6, "", "Roto", ParameterKind::Popup);
-  roto.choices = {"Flat Shaded", "No Roto", "2"};
-  roto.standard.number = 1;
-  std::vector<Parameter> rows = {roto,
-                                 Row(67, "", "Flat Shaded", ParameterKind::GroupStart),
-                                 Row(7, "Flat Shaded", "Flatness", ParameterKind::Slider, {0, 100}),
-                                 Row(43, "Flat Shaded", "Strength", ParameterKind::Fixed, {0, 5}),
-                                 Row(68, "Flat Shaded", "", ParameterKind::GroupEnd),
-                                 Row(107, "", "Soft Outlines", ParameterKind::GroupStart),
-                                 Row(22, "Soft Outlines", "Soft Outlines", ParameterKind::CheckBox),
-                                 Row(23, "Soft Outlines", "Strength", ParameterKind::Percent, {0, 100}),
-                                 Row(17, "Color Effects", "Outline Color", ParameterKind::Colour)};
-  for (std::size_t i = 0; i < rows.size(); ++i) rows[i].index = static_cast<int>(i) + 1;
-  return ParameterTable(rows);
-}
 
 std::string FailureOf(const std::string& assignment) {
   const ParameterTable table = SmallTable();
@@ -51,56 +23,39 @@ std::string FailureOf(const std::string& assignment) {
 
 TEST(ParameterTable, FindsRowsByTheNamesThatUsersWrite) {
   const ParameterTable table = SmallTable();
-  EXPECT_EQ(7, table.Find("Flat Shaded/Flatness").id);
-  EXPECT_EQ(7, table.Find(" flat shaded / FLATNESS ").id);
-  EXPECT_EQ(7, table.Find("flatness").id);
-  EXPECT_EQ(6, table.Find("Roto").id);
-  EXPECT_EQ(22, table.Find("soft outlines").id);
-  EXPECT_EQ(23, table.Find("Soft Outlines/Strength").id);
-  EXPECT_EQ(43, table.Find("43").id);
+  const std::pair<const char*, int> names[] = {
+      {"Flat Shaded/Flatness", 7}, {" flat shaded / FLATNESS ", 7}, {"flatness", 7}, {"Roto", 6},
+      {"soft outlines", 22},       {"Soft Outlines/Strength", 23},  {" 43", 43}};
+  for (const auto& [name, id] : names) EXPECT_EQ(id, table.Find(name).id) << name;
 }
 
 TEST(ParameterTable, SaysWhatIsWrongWithAnAssignment) {
-  EXPECT_EQ(
-      "\"Strength\" could be \"Flat Shaded/Strength\" (43) or \"Soft Outlines/Strength\" (23); give its group or its "
-      "number",
-      FailureOf("Strength=1"));
-  EXPECT_EQ("there is no parameter \"Flat Shadd/Flatnes\"; did you mean \"Flat Shaded/Flatness\"?",
-            FailureOf("Flat Shadd/Flatnes=3"));
-  EXPECT_EQ("there is no parameter \"rotto\"; did you mean \"Roto\"?", FailureOf("rotto=1"));
-  EXPECT_EQ("there is no parameter \"Xyzzy\"; \"quentara params\" lists them", FailureOf("Xyzzy=1"));
-  EXPECT_EQ("no parameter has the identifier 67; \"quentara params\" lists them", FailureOf("67=1"));
-  EXPECT_EQ("\"Roto\" sets nothing; write \"GROUP/NAME=VALUE\"", FailureOf("Roto"));
-  EXPECT_EQ("\"Flat Shaded/Flatness\" takes a whole number from 0 to 100, not \"101\"", FailureOf("7=101"));
-  EXPECT_EQ("\"Roto\" is one of Flat Shaded, No Roto, 2, not \"Oil\"", FailureOf("Roto=Oil"));
-  EXPECT_EQ("\"Soft Outlines/Strength\" takes a percent from 0 to 100, not \"100.1%\"", FailureOf("23=100.1%"));
+  const std::pair<const char*, const char*> cases[] = {
+      {"Strength=1",
+       "\"Strength\" could be \"Flat Shaded/Strength\" (43) or \"Soft Outlines/Strength\" (23); give its group or its "
+       "number"},
+      {"Flat Shadd/Flatnes=3", "there is no parameter \"Flat Shadd/Flatnes\"; did you mean \"Flat Shaded/Flatness\"?"},
+      {"rotto=1", "there is no parameter \"rotto\"; did you mean \"Roto\"?"},
+      {"Xyzzy=1", "there is no parameter \"Xyzzy\"; \"quentara params\" lists them"},
+      {"67=1", "no parameter has the identifier 67; \"quentara params\" lists them"},
+      {"Roto", "\"Roto\" sets nothing; write \"GROUP/NAME=VALUE\""},
+      {"7=101", "\"Flat Shaded/Flatness\" takes a whole number from 0 to 100, not \"101\""},
+      {"Roto=Oil", "\"Roto\" is one of Flat Shaded, No Roto, 2, not \"Oil\""},
+      {"23=100.1%", "\"Soft Outlines/Strength\" takes a percent from 0 to 100, not \"100.1%\""}};
+  for (const auto& [assignment, message] : cases) EXPECT_EQ(message, FailureOf(assignment));
 }
 
 TEST(ParameterValue, IsReadFromEveryFormAndWrittenBack) {
   const ParameterTable table = SmallTable();
-  const std::pair<const char*, const char*> accepted[] = {{"Roto=no roto", "No Roto"},
-                                                          {"Roto=1", "Flat Shaded"},
-                                                          {"Roto=2", "2"},
-                                                          {"7= 14 ", "14"},
-                                                          {"7=+14", "14"},
-                                                          {"43=.5", "0.5"},
-                                                          {"43=4.75", "4.75"},
-                                                          {"43=5", "5"},
-                                                          {"23=12.5%", "12.5"},
-                                                          {"23=100 %", "100"},
-                                                          {"23=60", "60"},
-                                                          {"22=YES", "on"},
-                                                          {"22=0", "off"},
-                                                          {"22=True", "on"},
-                                                          {"22=off", "off"},
-                                                          {"17=#Ff8000", "#ff8000"},
-                                                          {"17=255, 128,0", "#ff8000"}};
-  for (const auto& [assignment, written] : accepted) {
-    SCOPED_TRACE(assignment);
+  for (const std::string text : {"Roto=no roto -> No Roto", "Roto=1 -> Flat Shaded", "Roto=2 -> 2", "7= 14  -> 14",
+                                 "7=+14 -> 14", "43=.5 -> 0.5", "43=4.75 -> 4.75", "43=5 -> 5", "23=12.5% -> 12.5",
+                                 "23=100 % -> 100", "23=60 -> 60", "22=YES -> on", "22=0 -> off", "22=True -> on",
+                                 "22=off -> off", "17=#Ff8000 -> #ff8000", "17=255, 128,0 -> #ff8000"}) {
+    const std::size_t arrow = text.find(" -> ");
     ParameterValues values = table.Defaults();
-    table.Assign(assignment, values);
-    const Parameter& row = table.Find(std::string(assignment, std::strchr(assignment, '=')));
-    EXPECT_EQ(written, FormatValue(row, values[row.index - 1]));
+    table.Assign(text.substr(0, arrow), values);
+    const Parameter& row = table.Find(text.substr(0, text.find('=')));
+    EXPECT_EQ(text.substr(arrow + 4), FormatValue(row, values[row.index - 1])) << text;
   }
 }
 
@@ -118,9 +73,8 @@ TEST(ParameterValue, KeepsTheInterfacesFixedPointNumbers) {
   EXPECT_EQ(55705 / 65536.0, ParseValue(strength, "0.85").number);
   EXPECT_EQ("0.85", FormatValue(strength, {55705 / 65536.0, {}}));
   std::mt19937 rng(1);
-  std::uniform_int_distribution<int> anyFixed(0, 5 << 16);
   for (int i = 0; i < 2000; ++i) {
-    const Value value{anyFixed(rng) / 65536.0, {}};
+    const Value value{rng() % (5 << 16) / 65536.0, {}};
     EXPECT_EQ(value, ParseValue(strength, FormatValue(strength, value)));
   }
 }

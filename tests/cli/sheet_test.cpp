@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "cli/small_table.h"
 #include "sheet/layout.h"
 #include "sheet/text.h"
 #include "sheet/tiles.h"
@@ -13,53 +14,25 @@ namespace {
 
 using testing::ElementsAre;
 
-Parameter Row(const char* group, const char* name, ParameterKind kind) {
-  Parameter row;
-  row.group = group;
-  row.name = name;
-  row.kind = kind;
-  return row;
-}
-
-ParameterTable SmallTable() {
-  Parameter roto = Row("", "Roto", ParameterKind::Popup);
-  roto.choices = {"Wash", "No Roto"};
-  roto.standard.number = 1;
-  Parameter ink = Row("Ink", "Ink", ParameterKind::CheckBox);
-  ink.standard.number = 1;
-  std::vector<Parameter> rows = {roto, ink, Row("Ink", "Reuse", ParameterKind::CheckBox),
-                                 Row("Dots", "Dots", ParameterKind::CheckBox)};
-  for (std::size_t i = 0; i < rows.size(); ++i) rows[i].index = static_cast<int>(i) + 1;
-  return ParameterTable(rows);
-}
-
-std::vector<double> Numbers(const Tile& tile) {
-  std::vector<double> numbers;
-  for (const Value& value : tile.values) numbers.push_back(value.number);
-  return numbers;
+/// What a tile sets: of "Roto", the switch "Soft Outlines", "Reuse" in its group, and the switch "Dots".
+std::vector<double> Settings(const Tile& tile) {
+  return {tile.values[0].number, tile.values[6].number, tile.values[8].number, tile.values[9].number};
 }
 
 TEST(ListTiles, ShowsStylesWithoutSwitchesAndEachSwitchAloneOverTheStyleSet) {
   const ParameterTable table = SmallTable();
   ParameterValues base = table.Defaults();
-  table.Assign("Roto=No Roto", base);
-  table.Assign("Ink/Reuse=on", base);
+  for (const char* assignment : {"Roto=No Roto", "Reuse=on", "Dots=on"}) table.Assign(assignment, base);
   const std::vector<TileSection> sections = ListTiles(table, base);
   ASSERT_EQ(2u, sections.size());
   EXPECT_EQ("Outlines and patterns over No Roto", sections[1].heading);
-  ASSERT_EQ(2u, sections[0].tiles.size());
-  EXPECT_EQ("Wash", sections[0].tiles[0].label);
-  EXPECT_THAT(Numbers(sections[0].tiles[0]), ElementsAre(1, 0, 1, 0));
-  EXPECT_THAT(Numbers(sections[0].tiles[1]), ElementsAre(2, 0, 1, 0));
-  ASSERT_EQ(2u, sections[1].tiles.size());
-  EXPECT_EQ("Dots", sections[1].tiles[1].label);
-  EXPECT_THAT(Numbers(sections[1].tiles[0]), ElementsAre(2, 1, 1, 0));
-  EXPECT_THAT(Numbers(sections[1].tiles[1]), ElementsAre(2, 0, 1, 1));
-}
-
-bool Inside(const Rectangle& r, const SheetLayout& sheet) {
-  return r.x >= 0 && r.y >= 0 && r.width > 0 && r.height > 0 && r.x + r.width <= sheet.width &&
-         r.y + r.height <= sheet.height;
+  const std::vector<Tile>&styles = sections[0].tiles, &switches = sections[1].tiles;
+  ASSERT_EQ(std::pair(std::size_t{3}, std::size_t{2}), std::pair(styles.size(), switches.size()));
+  EXPECT_EQ("Flat Shaded, Dots", styles[0].label + ", " + switches[1].label);
+  EXPECT_THAT(Settings(styles[0]), ElementsAre(1, 0, 1, 0));
+  EXPECT_THAT(Settings(styles[1]), ElementsAre(2, 0, 1, 0));
+  EXPECT_THAT(Settings(switches[0]), ElementsAre(2, 1, 1, 0));
+  EXPECT_THAT(Settings(switches[1]), ElementsAre(2, 0, 1, 1));
 }
 
 bool Apart(const Rectangle& a, const Rectangle& b) {
@@ -75,29 +48,30 @@ TEST(Layout, PlacesEverythingInsideAndApart) {
         std::vector<Rectangle> all = {sheet.title};
         ASSERT_EQ(sizes.size(), sheet.sections.size());
         for (std::size_t s = 0; s < sizes.size(); ++s) {
-          const SectionLayout& section = sheet.sections[s];
-          ASSERT_EQ(static_cast<std::size_t>(sizes[s]), section.pictures.size());
-          ASSERT_EQ(section.pictures.size(), section.labels.size());
-          all.push_back(section.heading);
-          for (std::size_t i = 0; i < section.pictures.size(); ++i) {
-            EXPECT_EQ(std::pair(width, height), std::pair(section.pictures[i].width, section.pictures[i].height));
-            EXPECT_EQ(section.pictures[i].x, section.labels[i].x);
-            EXPECT_LE(section.pictures[i].y + height, section.labels[i].y);
-            all.push_back(section.pictures[i]);
-            all.push_back(section.labels[i]);
+          const auto& [heading, pictures, labels] = sheet.sections[s];
+          ASSERT_EQ(static_cast<std::size_t>(sizes[s]), pictures.size());
+          ASSERT_EQ(pictures.size(), labels.size());
+          all.push_back(heading);
+          all.insert(all.end(), labels.begin(), labels.end());
+          all.insert(all.end(), pictures.begin(), pictures.end());
+          for (std::size_t i = 0; i < pictures.size(); ++i) {
+            EXPECT_EQ(std::pair(width, height), std::pair(pictures[i].width, pictures[i].height));
+            EXPECT_EQ(std::pair(pictures[i].x, pictures[i].y + height), std::pair(labels[i].x, labels[i].y));
           }
         }
         for (std::size_t i = 0; i < all.size(); ++i) {
-          EXPECT_TRUE(Inside(all[i], sheet)) << i;
-          for (std::size_t j = 0; j < i; ++j) EXPECT_TRUE(Apart(all[i], all[j])) << i << " and " << j;
+          const Rectangle& r = all[i];
+          EXPECT_TRUE(std::min({r.x, r.y, sheet.width - r.x - r.width, sheet.height - r.y - r.height}) >= 0 &&
+                      std::min(r.width, r.height) > 0)
+              << i;
+          for (std::size_t j = 0; j < i; ++j) EXPECT_TRUE(Apart(r, all[j])) << i << " and " << j;
         }
       }
 }
 
 TEST(Layout, ForAScreenPrefersFullRowsNearItsShape) {
-  const auto columns = [](int width, int height, std::vector<int> sizes) {
-    const SheetLayout sheet = LayOutForScreen({width, height, std::move(sizes)});
-    const std::vector<Rectangle>& pictures = sheet.sections[0].pictures;
+  const auto columns = [](int width, int height, const std::vector<int>& sizes) {
+    const std::vector<Rectangle> pictures = LayOutForScreen({width, height, sizes}).sections[0].pictures;
     return std::count_if(pictures.begin(), pictures.end(), [&](const auto& r) { return r.y == pictures[0].y; });
   };
   EXPECT_EQ(5, columns(480, 270, {10, 10}));
