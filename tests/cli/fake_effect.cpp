@@ -15,54 +15,43 @@ enum Mode { kInvert = 1, kShowCommands, kCheckHost, kFail, kFailSilently, kWaitF
 enum SetupFault { kFailSetup = 1, kWrongCount, kLayerParameter, kBadPopup };
 constexpr int kModeIndex = 1, kStrengthIndex = 5, kColourIndex = 7;
 
-void AddName(PF_ParamDef& record, const char* name) {
-  std::strcpy(record.name, name);
-}
-
 PF_Err Define(PF_InData* in, PF_OutData* out) {
   const int fault = in->version.major == 99 ? in->version.minor : 0;
   A_long count = 1;
   PF_Err error = PF_Err_NONE;
-  const auto add = [&](A_long id, PF_ParamType type, auto fill) {
+  const auto add = [&](PF_ParamType type, const char* name, auto fill) {
     PF_ParamDef record{};
-    record.uu.id = id;
+    record.uu.id = 10 + count++;
     record.param_type = type;
-    fill(record);
+    std::strcpy(record.name, name);
+    fill(record.u);
     if (!error) error = in->inter.add_param(in->effect_ref, -1, &record);
-    ++count;
   };
-
+  const auto nothing = [](auto&) {};
   // The host must copy the texts: these are gone when the function returns.
   std::string modes = "Invert|Show Commands|Check Host|Fail|Fail Silently|Wait For Cancel|Grow|Ignore Cancel|Fail Late";
   std::string box = "Tone";
-  add(11, PF_Param_POPUP, [&](PF_ParamDef& record) {
-    AddName(record, "Mode");
-    record.u.pd.num_choices = fault == kBadPopup ? 3 : 9;
-    record.u.pd.value = record.u.pd.dephault = kInvert;
-    record.u.pd.u.namesptr = modes.c_str();
+  add(PF_Param_POPUP, "Mode", [&](auto& popup) {
+    popup.pd.num_choices = fault == kBadPopup ? 3 : 9;
+    popup.pd.dephault = kInvert;
+    popup.pd.u.namesptr = modes.c_str();
   });
-  add(12, PF_Param_GROUP_START, [](PF_ParamDef& record) { AddName(record, "Tone"); });
-  add(13, PF_Param_CHECKBOX, [&](PF_ParamDef& record) { record.u.bd.u.nameptr = box.c_str(); });
-  add(14, PF_Param_SLIDER, [](PF_ParamDef& record) {
-    AddName(record, "Level");
-    record.u.sd.valid_max = 100;
-    record.u.sd.slider_max = 50;
-    record.u.sd.value = record.u.sd.dephault = 7;
+  add(PF_Param_GROUP_START, "Tone", nothing);
+  add(PF_Param_CHECKBOX, "", [&](auto& check) { check.bd.u.nameptr = box.c_str(); });
+  add(PF_Param_SLIDER, "Level", [](auto& slider) {
+    slider.sd.valid_max = 100;
+    slider.sd.slider_max = 50;
+    slider.sd.dephault = 7;
   });
-  add(15, PF_Param_FIX_SLIDER, [](PF_ParamDef& record) {
-    AddName(record, "Strength, of just 31 characters");
-    record.u.fd.valid_max = record.u.fd.slider_max = 5 << 16;
-    record.u.fd.dephault = 98304;
+  add(PF_Param_FIX_SLIDER, "Strength, of just 31 characters", [](auto& slider) {
+    slider.fd.valid_max = slider.fd.slider_max = 5 << 16;
+    slider.fd.dephault = 98304;
   });
-  add(16, PF_Param_GROUP_END, [](PF_ParamDef&) {});
-  add(17, PF_Param_COLOR, [](PF_ParamDef& record) {
-    AddName(record, "Ink");
-    record.u.cd.dephault = {255, 1, 2, 3};
-  });
-  add(18, fault == kLayerParameter ? PF_Param_LAYER : PF_Param_FIX_SLIDER, [](PF_ParamDef& record) {
-    AddName(record, "Mix");
-    record.u.fd.valid_max = record.u.fd.slider_max = 100 << 16;
-    record.u.fd.display_flags = PF_ValueDisplayFlag_PERCENT;
+  add(PF_Param_GROUP_END, "", nothing);
+  add(PF_Param_COLOR, "Ink", [](auto& colour) { colour.cd.dephault = {255, 1, 2, 3}; });
+  add(fault == kLayerParameter ? PF_Param_LAYER : PF_Param_FIX_SLIDER, "Mix", [](auto& slider) {
+    slider.fd.valid_max = slider.fd.slider_max = 100 << 16;
+    slider.fd.display_flags = PF_ValueDisplayFlag_PERCENT;
   });
   modes.assign(modes.size(), '?');
   box.assign(box.size(), '?');

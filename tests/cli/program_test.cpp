@@ -134,6 +134,9 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
   const auto sheet = [&](const std::string& to, const Arguments& more) {
     return Arguments{"sheet", in, "-o", to} + more;
   };
+  const auto setUpWith = [](const std::string& fault) {
+    return Arguments{"params", "--effect", FAKE_EFFECT, "--host-version", "99." + fault};
+  };
   const struct {
     int status;
     Arguments arguments;
@@ -164,6 +167,11 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
       {5, render(in, out, {"--effect", "/nowhere.so"}), "there is no effect at /nowhere.so"},
       {5, render(in, out, WithFake("Fail")), "the effect failed: No paint left. \\(error 512\\)"},
       {5, render(in, folder / "old.png", Arguments{"-y"} + WithFake("Fail Silently")), "ran out of memory"},
+      {5, render(in, out, WithFake("Grow")), "the effect asks for a frame of another size"},
+      {5, setUpWith("1"), "the effect ran out of memory \\(error 4\\)"},
+      {5, setUpWith("2"), "the effect defined 8 parameters but says that it has 9"},
+      {5, setUpWith("3"), "the effect failed with error 514"},
+      {5, setUpWith("4"), "the effect failed with error 516"},
       {2, sheet(out, {"--tile", "5"}), "--tile"},
       {2, sheet(out, {"--columns", "0"}), "--columns"},
       {3, sheet(out, {"--frame", "2"}), "in.png"},
