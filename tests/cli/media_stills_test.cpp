@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <random>
 #include <stdexcept>
 
@@ -33,15 +34,9 @@ std::vector<std::uint8_t> RgbProfile() {
 }
 
 Still RandomStill(int width, int height, int channels, bool deep, std::mt19937& rng) {
-  Still still;
-  still.width = width;
-  still.height = height;
-  still.channels = channels;
-  still.deep = deep;
+  Still still{width, height, channels, deep, {}, RgbProfile(), {3937, 7874, true}};
   still.Allocate();
   for (std::uint8_t& sample : still.samples) sample = static_cast<std::uint8_t>(rng());
-  still.iccProfile = RgbProfile();
-  still.resolution = {3937, 7874, true};
   return still;
 }
 
@@ -66,13 +61,10 @@ TEST(Stills, LosslessFormatsGiveBackEverySampleWithProfileAndResolution) {
 }
 
 TEST(Stills, JpegIsNearAndKeepsFineColour) {
-  Still still;
-  still.width = still.height = 32;
-  still.Allocate();
+  std::mt19937 rng(1);
+  Still still = RandomStill(32, 32, 3, false, rng);
   // Columns of red and blue, which chroma subsampling would mix.
-  for (std::size_t i = 0; i < 32 * 32; ++i) still.samples[3 * i + (i % 2 == 0 ? 0 : 2)] = 200;
-  still.iccProfile = RgbProfile();
-  still.resolution = {3937, 7874, true};
+  for (std::size_t i = 0; i < still.samples.size(); ++i) still.samples[i] = i % 6 == 0 || i % 6 == 5 ? 200 : 0;
   const Still back = DecodeStill(StillFormat::Jpeg, EncodeStill(StillFormat::Jpeg, still));
   for (std::size_t i = 0; i < still.samples.size(); ++i) ASSERT_NEAR(still.samples[i], back.samples[i], 16) << i;
   EXPECT_EQ(still.iccProfile, back.iccProfile);
@@ -80,11 +72,7 @@ TEST(Stills, JpegIsNearAndKeepsFineColour) {
 }
 
 TEST(Stills, EverySixteenBitSampleMeetsTheHostScaleAndAlphaComesBackExactly) {
-  Still still;
-  still.width = 256;
-  still.height = 256;
-  still.channels = 4;
-  still.deep = true;
+  Still still{256, 256, 4, true, {}, {}, {}};
   still.Allocate();
   auto* samples = reinterpret_cast<std::uint16_t*>(still.samples.data());
   for (int i = 0; i < 65536 * 4; ++i) samples[i] = static_cast<std::uint16_t>(i / 4);
@@ -102,62 +90,60 @@ TEST(Stills, EverySixteenBitSampleMeetsTheHostScaleAndAlphaComesBackExactly) {
   EXPECT_EQ(65535, out[4 * 65535]);
 }
 
-TEST(Stills, GreyPaletteAndOddTiffsBecomeRgb) {
+/// A TIFF of 2 x 2 pixels of 8 bits with the tags that are added, as it is read.
+Still OddTiff(
+    int photometric, int channels, std::vector<std::uint8_t> samples,
+    const std::function<void(TIFF*)>& addTags = [](TIFF*) {}) {
   const TemporaryFolder folder;
-  const auto makeTiff = [&](int bits, int channels, int photometric, int planar, bool tiled, int extra,
-                            const std::vector<std::uint8_t>& rows, int orientation = 1) {
-    TIFF* tiff = TIFFOpen((folder / "odd.tif").c_str(), "w");
-    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, 2);
-    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, 2);
-    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, bits);
-    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, channels);
-    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, photometric);
-    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, planar);
-    TIFFSetField(tiff, TIFFTAG_ORIENTATION, orientation);
-    const std::uint16_t extraKind = static_cast<std::uint16_t>(extra);
-    if (extra >= 0) TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &extraKind);
-    std::uint16_t red[256] = {0, 0xffff}, green[256] = {0, 0x8080}, blue[256] = {};
-    if (photometric == PHOTOMETRIC_PALETTE) TIFFSetField(tiff, TIFFTAG_COLORMAP, red, green, blue);
-    if (tiled) {
-      TIFFSetField(tiff, TIFFTAG_TILEWIDTH, 16);
-      TIFFSetField(tiff, TIFFTAG_TILELENGTH, 16);
-      std::vector<std::uint8_t> tile(TIFFTileSize(tiff));
-      const std::size_t row = rows.size() / 2;
-      std::memcpy(tile.data(), rows.data(), row);
-      std::memcpy(tile.data() + tile.size() / 16, rows.data() + row, row);
-      TIFFWriteTile(tiff, tile.data(), 0, 0, 0, 0);
-    } else {
-      const int planes = planar == PLANARCONFIG_SEPARATE ? channels : 1;
-      const std::size_t row = rows.size() / planes / 2;
-      for (int i = 0; i < 2 * planes; ++i) {
-        std::vector<std::uint8_t> copy(rows.begin() + i * row, rows.begin() + (i + 1) * row);
-        TIFFWriteScanline(tiff, copy.data(), i % 2, static_cast<std::uint16_t>(i / 2));
-      }
-    }
-    TIFFClose(tiff);
-    return DecodeTiff(ReadFile(folder / "odd.tif"));
-  };
+  TIFF* tiff = TIFFOpen((folder / "odd.tif").c_str(), "w");
+  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, 2);
+  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, 2);
+  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, channels);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, photometric);
+  TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+  addTags(tiff);
+  if (TIFFIsTiled(tiff)) {
+    const std::size_t row = samples.size() / 2;
+    samples.insert(samples.begin() + row, TIFFTileRowSize(tiff) - row, 0);
+    samples.resize(TIFFTileSize(tiff));
+    TIFFWriteEncodedTile(tiff, 0, samples.data(), TIFFTileSize(tiff));
+  } else {
+    for (unsigned i = 0; i < TIFFNumberOfStrips(tiff); ++i)
+      TIFFWriteEncodedStrip(tiff, i, samples.data() + i * TIFFStripSize(tiff), TIFFStripSize(tiff));
+  }
+  TIFFClose(tiff);
+  return DecodeTiff(ReadFile(folder / "odd.tif"));
+}
+
+TEST(Stills, GreyPaletteAndOddTiffsBecomeRgb) {
   using Bytes = std::vector<std::uint8_t>;
-  const int contig = PLANARCONFIG_CONTIG;
-  EXPECT_EQ((Bytes{9, 9, 9, 8, 8, 8, 7, 7, 7, 6, 6, 6}),
-            makeTiff(8, 1, PHOTOMETRIC_MINISBLACK, contig, false, -1, {9, 8, 7, 6}).samples);
+  const auto setAlpha = [](TIFF* tiff, std::uint16_t kind) { TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &kind); };
+  const Still grey = OddTiff(PHOTOMETRIC_MINISBLACK, 1, {9, 8, 7, 6},
+                             [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_ORIENTATION, ORIENTATION_RIGHTTOP); });
+  EXPECT_EQ((Bytes{9, 9, 9, 8, 8, 8, 7, 7, 7, 6, 6, 6}), grey.samples);
+  EXPECT_EQ(6, grey.orientation);
   EXPECT_EQ((Bytes{246, 246, 246, 1, 255, 255, 255, 2, 0, 0, 0, 3, 5, 5, 5, 4}),
-            makeTiff(8, 2, PHOTOMETRIC_MINISWHITE, contig, true, EXTRASAMPLE_UNASSALPHA, {9, 1, 0, 2, 255, 3, 250, 4})
-                .samples);
+            OddTiff(PHOTOMETRIC_MINISWHITE, 2, {9, 1, 0, 2, 255, 3, 250, 4}, [&](TIFF* tiff) {
+              setAlpha(tiff, EXTRASAMPLE_UNASSALPHA);
+              TIFFSetField(tiff, TIFFTAG_TILEWIDTH, 16);
+              TIFFSetField(tiff, TIFFTAG_TILELENGTH, 16);
+            }).samples);
   EXPECT_EQ((Bytes{1, 5, 9, 2, 6, 10, 3, 7, 11, 4, 8, 12}),
-            makeTiff(8, 3, PHOTOMETRIC_RGB, PLANARCONFIG_SEPARATE, false, -1, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12})
-                .samples);
+            OddTiff(PHOTOMETRIC_RGB, 3, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, [](TIFF* tiff) {
+              TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE);
+            }).samples);
   EXPECT_EQ((Bytes{255, 128, 0, 0, 0, 0, 0, 0, 0, 255, 128, 0}),
-            makeTiff(8, 1, PHOTOMETRIC_PALETTE, contig, false, -1, {1, 0, 0, 1}).samples);
+            OddTiff(PHOTOMETRIC_PALETTE, 1, {1, 0, 0, 1}, [](TIFF* tiff) {
+              std::uint16_t red[256] = {0, 0xffff}, green[256] = {0, 0x8080}, blue[256] = {};
+              TIFFSetField(tiff, TIFFTAG_COLORMAP, red, green, blue);
+            }).samples);
   // Colours multiplied by their alpha come straight; where alpha is 0 they stay.
   EXPECT_EQ((Bytes{128, 255, 0, 100, 1, 2, 3, 0, 4, 5, 6, 255, 255, 255, 255, 9}),
-            makeTiff(8, 4, PHOTOMETRIC_RGB, contig, false, EXTRASAMPLE_ASSOCALPHA,
-                     {50, 100, 0, 100, 1, 2, 3, 0, 4, 5, 6, 255, 9, 9, 10, 9})
-                .samples);
-  EXPECT_EQ(6, makeTiff(8, 1, PHOTOMETRIC_MINISBLACK, contig, false, -1, {9, 8, 7, 6}, 6).orientation);
-  EXPECT_THAT(
-      MessageOf<std::runtime_error>([&] { makeTiff(8, 4, PHOTOMETRIC_SEPARATED, contig, false, -1, Bytes(16)); }),
-      HasSubstr("CMYK"));
+            OddTiff(PHOTOMETRIC_RGB, 4, {50, 100, 0, 100, 1, 2, 3, 0, 4, 5, 6, 255, 9, 9, 10, 9}, [&](TIFF* tiff) {
+              setAlpha(tiff, EXTRASAMPLE_ASSOCALPHA);
+            }).samples);
+  EXPECT_THAT(MessageOf<std::runtime_error>([] { OddTiff(PHOTOMETRIC_SEPARATED, 4, Bytes(16)); }), HasSubstr("CMYK"));
 }
 
 TEST(Stills, NetpbmOfAnyMaximumIsScaled) {
@@ -168,38 +154,28 @@ TEST(Stills, NetpbmOfAnyMaximumIsScaled) {
 }
 
 TEST(Stills, OrientationTagsTurnThePicture) {
-  // The letter F as it lies in the file for each orientation, and upright.
-  const std::string upright =
-      "XXX"
-      "X.."
-      "XX."
-      "X..";
-  const std::string lying[] = {upright,        "XXX..X.XX..X", "..X.XX..XXXX", "X..XX.X..XXX",
+  // The letter F as it lies in the file for each orientation; the first is upright.
+  const std::string lying[] = {"XXXX..XX.X..", "XXX..X.XX..X", "..X.XX..XXXX", "X..XX.X..XXX",
                                "XXXXX.X.X...", "X...X.X.XXXX", "...X.X.XXXXX", "XXXX.X.X...X"};
   for (int orientation = 1; orientation <= 8; ++orientation) {
-    const std::string& file = lying[orientation - 1];
-    const bool swaps = SwapsSides(orientation);
-    const auto turned = TurnUpright({file.begin(), file.end()}, swaps ? 4 : 3, swaps ? 3 : 4, 1, orientation);
-    EXPECT_EQ(upright, std::string(turned.begin(), turned.end())) << orientation;
+    const bool swaps = orientation > 4;
+    Still still{swaps ? 4 : 3, swaps ? 3 : 4, 3, false, {}, {}, {swaps ? 9.0 : 5.0, swaps ? 5.0 : 9.0}, orientation};
+    for (const char c : lying[orientation - 1]) still.samples.insert(still.samples.end(), 3, c);
+    const Frame frame = ToFrame(still);
+    ASSERT_EQ(std::tuple(3, 4, 5.0), std::tuple(frame.width, frame.height, frame.origin->resolution.x));
+    std::string turned;
+    for (int i = 0; i < 12; ++i) turned += static_cast<char>(frame.Bytes(0)[4 * i + 1]);
+    EXPECT_EQ(lying[0], turned) << orientation;
   }
 }
 
-TEST(Stills, AJpegWithExifOrientationIsReadUpright) {
-  const TemporaryFolder folder;
-  Still still;
-  still.width = 16;
-  still.height = 8;
-  still.Allocate();
-  for (int i = 0; i < 8 * 8 * 3; ++i) still.samples[(i / 24) * 48 + i % 24] = 255;  // the left half is white
-  std::vector<std::uint8_t> content = EncodeJpeg(still);
+TEST(Stills, AJpegsExifTellsItsOrientation) {
+  std::mt19937 rng(1);
+  std::vector<std::uint8_t> content = EncodeJpeg(RandomStill(16, 8, 3, false, rng));
   const std::uint8_t exif[] = {0xff, 0xe1, 0, 34, 'E', 'x', 'i', 'f', 0, 0, 'M', 'M', 0, 42, 0, 0, 0, 8,
                                0,    1,    1, 18, 0,   3,   0,   0,   0, 1, 0,   6,   0, 0,  0, 0, 0, 0};
   content.insert(content.begin() + 2, std::begin(exif), std::end(exif));
-  WriteFile(folder / "turned.jpg", content);
-  const auto frame = OpenInput(folder / "turned.jpg")->Next();
-  ASSERT_EQ(std::pair(8, 16), std::pair(frame->width, frame->height));
-  EXPECT_GT(frame->Bytes(2)[5], 240);  // a quarter turn clockwise puts the left half on top
-  EXPECT_LT(frame->Bytes(13)[5], 15);
+  EXPECT_EQ(6, DecodeJpeg(content).orientation);
 }
 
 TEST(Stills, CutOrDamagedFilesAreErrorsAtEveryLength) {
