@@ -87,7 +87,7 @@ void WriteAudio(AVFormatContext& muxer, AVStream& stream, double seconds) {
 
 }  // namespace
 
-void MakeClip(const std::string& path, const ClipOptions& options) {
+std::vector<FramePtr> MakeClip(const std::string& path, const ClipOptions& options) {
   SilenceFfmpeg();
   AVFormatContext* muxer = nullptr;
   Check(avformat_alloc_output_context2(&muxer, nullptr, nullptr, path.c_str()));
@@ -119,10 +119,11 @@ void MakeClip(const std::string& path, const ClipOptions& options) {
   const std::size_t count = options.times.size();
   const std::int64_t lastDuration = options.times[count - 1] - options.times[count - 2];
   const PacketPtr packet = NewPacket();
+  std::vector<FramePtr> made;
   for (std::size_t i = 0; i <= count; ++i) {
-    const FramePtr picture = i < count ? MakePicture(*encoder, static_cast<int>(i)) : nullptr;
-    if (picture) picture->pts = options.times[i];
-    Check(avcodec_send_frame(encoder.get(), picture.get()));
+    if (i < count) made.push_back(MakePicture(*encoder, static_cast<int>(i)));
+    if (i < count) made[i]->pts = options.times[i];
+    Check(avcodec_send_frame(encoder.get(), i < count ? made[i].get() : nullptr));
     while (avcodec_receive_packet(encoder.get(), packet.get()) >= 0) {
       packet->duration = lastDuration;
       av_packet_rescale_ts(packet.get(), encoder->time_base, pictures->time_base);
@@ -134,50 +135,31 @@ void MakeClip(const std::string& path, const ClipOptions& options) {
   Check(av_write_trailer(muxer));
   avio_closep(&muxer->pb);
   avformat_free_context(muxer);
+  return made;
 }
 
 Clip ReadClip(const std::string& path) {
-  Clip clip{OpenDemuxer(path), nullptr, {}, {}};
-  const AVCodec* codec = nullptr;
-  Check(av_find_best_stream(clip.file.get(), AVMEDIA_TYPE_VIDEO, -1, -1, &codec, 0));
+  Clip clip{OpenDemuxer(path), nullptr, {}, 0, {}, {}};
   clip.stream = clip.file->streams[0];
-  const CodecPtr decoder(avcodec_alloc_context3(codec));
-  Check(avcodec_parameters_to_context(decoder.get(), clip.stream->codecpar));
-  Check(avcodec_open2(decoder.get(), codec, nullptr));
-  for (unsigned i = 1; i < clip.file->nb_streams; ++i) {
-    const AVDictionaryEntry* language = av_dict_get(clip.file->streams[i]->metadata, "language", nullptr, 0);
-    clip.audio.push_back({language ? language->value : "", 0, {}});
-  }
-
+  clip.audio.resize(clip.file->nb_streams - 1);
+  clip.audioStarts.resize(clip.audio.size());
+  if (const std::uint8_t* matrix = av_stream_get_side_data(clip.stream, AV_PKT_DATA_DISPLAYMATRIX, nullptr))
+    clip.rotation = -static_cast<int>(av_display_rotation_get(reinterpret_cast<const std::int32_t*>(matrix)));
   const PacketPtr packet = NewPacket();
-  for (bool ended = false; !ended; av_packet_unref(packet.get())) {
-    ended = av_read_frame(clip.file.get(), packet.get()) < 0;
-    if (packet->stream_index > 0) {
-      Clip::Audio& audio = clip.audio.at(packet->stream_index - 1);
-      const AVRational unit = clip.file->streams[packet->stream_index]->time_base;
-      if (audio.packets.empty()) audio.start = static_cast<double>(packet->pts) * av_q2d(unit);
-      audio.packets.emplace_back(packet->data, packet->data + packet->size);
+  for (; av_read_frame(clip.file.get(), packet.get()) >= 0; av_packet_unref(packet.get())) {
+    const AVRational unit = clip.file->streams[packet->stream_index]->time_base;
+    const std::int64_t start = packet->pts != AV_NOPTS_VALUE ? packet->pts : packet->dts;
+    const double time = static_cast<double>(start) * av_q2d(unit);
+    if (packet->stream_index == 0) {
+      clip.times.push_back(time);
       continue;
     }
-    Check(avcodec_send_packet(decoder.get(), ended ? nullptr : packet.get()));
-    for (FramePtr frame = NewFrame(); avcodec_receive_frame(decoder.get(), frame.get()) >= 0; frame = NewFrame())
-      clip.frames.push_back(std::move(frame));
+    auto& packets = clip.audio[packet->stream_index - 1];
+    if (packets.empty()) clip.audioStarts[packet->stream_index - 1] = time;
+    packets.emplace_back(packet->data, packet->data + packet->size);
   }
+  std::sort(clip.times.begin(), clip.times.end());
   return clip;
-}
-
-int RotationOf(const Clip& clip) {
-  const std::uint8_t* matrix = av_stream_get_side_data(clip.stream, AV_PKT_DATA_DISPLAYMATRIX, nullptr);
-  if (!matrix) return 0;
-  return static_cast<int>(std::lround(-av_display_rotation_get(reinterpret_cast<const std::int32_t*>(matrix))));
-}
-
-std::vector<double> Seconds(const Clip& clip) {
-  std::vector<double> seconds;
-  for (const FramePtr& frame : clip.frames)
-    seconds.push_back(av_q2d(clip.stream->time_base) *
-                      static_cast<double>(frame->best_effort_timestamp - clip.frames[0]->best_effort_timestamp));
-  return seconds;
 }
 
 std::vector<std::uint16_t> Samples(const AVFrame& picture, int plane) {

@@ -19,28 +19,20 @@ struct ClipOptions {
 };
 
 /// Writes a lossless clip of moving colours in the container that the path's extension names.
-void MakeClip(const std::string& path, const ClipOptions& options = {});
+/// @return its pictures
+std::vector<FramePtr> MakeClip(const std::string& path, const ClipOptions& options = {});
 
 /// What FFmpeg finds in a file, without any of our own code.
 struct Clip {
-  struct Audio {
-    std::string language;
-    double start;  // seconds, of the first packet
-    std::vector<std::vector<std::uint8_t>> packets;
-  };
   DemuxerPtr file;
-  const AVStream* stream;  // of the pictures; those of audio follow it
-  std::vector<FramePtr> frames;
-  std::vector<Audio> audio;
+  const AVStream* stream;                                     // of the pictures; those of audio follow it
+  std::vector<double> times;                                  // of the pictures, seconds
+  int rotation;                                               // degrees clockwise
+  std::vector<std::vector<std::vector<std::uint8_t>>> audio;  // packets of each stream
+  std::vector<double> audioStarts;                            // of their first packets, seconds
 };
 
 Clip ReadClip(const std::string& path);
-
-/// Degrees clockwise.
-int RotationOf(const Clip& clip);
-
-/// The times of the frames in seconds after the first.
-std::vector<double> Seconds(const Clip& clip);
 
 /// The samples of one plane of a picture.
 std::vector<std::uint16_t> Samples(const AVFrame& picture, int plane);

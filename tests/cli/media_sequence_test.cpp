@@ -97,11 +97,10 @@ TEST(Sequence, BecomesAVideoAtTheRateAskedFor) {
   CopyMedia(folder / "f.%d.png", folder / "out.mov", options);
   CopyMedia(folder / "f.%d.png", folder / "out.mp4");
   const Clip clip = ReadClip(folder / "out.mp4");
-  ASSERT_EQ(3u, clip.frames.size());
-  const AVFrame& frame = *clip.frames[0];
-  EXPECT_EQ(std::pair(15, 4), std::pair(frame.width, frame.height));
+  const AVCodecParameters& pictures = *clip.stream->codecpar;
+  EXPECT_EQ(std::tuple(std::size_t{3}, 15, 4), std::tuple(clip.times.size(), pictures.width, pictures.height));
   EXPECT_NEAR(24, av_q2d(clip.stream->avg_frame_rate), 1e-6);
-  EXPECT_EQ(std::pair(AVCOL_SPC_SMPTE170M, AVCOL_PRI_BT709), std::pair(frame.colorspace, frame.color_primaries));
+  EXPECT_EQ(std::pair(AVCOL_SPC_SMPTE170M, AVCOL_PRI_BT709), std::pair(pictures.color_space, pictures.color_primaries));
   const Rational rate = OpenInput(folder / "out.mov")->Info().frameRate;
   EXPECT_EQ(30000.0 / 1001, static_cast<double>(rate.numerator) / static_cast<double>(rate.denominator));
 

@@ -13,18 +13,17 @@ using testing::DoubleNear;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// The greatest and the mean difference of all samples of two clips, in steps of the coarser one.
-std::pair<int, double> Difference(const Clip& a, const Clip& b) {
-  int most = 0;
-  double sum = 0;
-  std::size_t count = 0;
-  for (std::size_t f = 0; f < a.frames.size(); ++f)
-    for (int plane = 0; plane < 3; ++plane) {
-      const std::vector<std::uint16_t> samples = Samples(*a.frames[f], plane), others = Samples(*b.frames.at(f), plane);
-      for (std::size_t i = 0; i < samples.size(); ++i, ++count) {
-        most = std::max(most, std::abs(samples[i] - others.at(i)));
-        sum += std::abs(samples[i] - others[i]);
-      }
+/// The greatest and the mean difference of all samples of two clips, of 255.
+std::pair<double, double> Difference(const std::string& path, const std::string& otherPath) {
+  const std::vector<Frame> frames = ReadAll(*OpenInput(path)), others = ReadAll(*OpenInput(otherPath));
+  double most = 0, sum = 0, count = 0;
+  for (std::size_t f = 0; f < frames.size(); ++f)
+    for (int i = 0; i < frames[f].width * frames[f].height * 4; ++i, ++count) {
+      const Frame &a = frames[f], &b = others.at(f);
+      const double difference =
+          a.deep ? std::abs(a.Deep(0)[i] - b.Deep(0)[i]) / 128.0 : std::abs(a.Bytes(0)[i] - b.Bytes(0)[i]);
+      most = std::max(most, difference);
+      sum += difference;
     }
   return {most, sum / count};
 }
@@ -43,20 +42,20 @@ TEST(Video, EveryContainerKeepsPicturesTimesAspectAndColours) {
   MakeClip(folder / "in.mp4", options);
   const Clip in = ReadClip(folder / "in.mp4");
   const auto tags = [](const Clip& clip) {
-    const AVFrame& frame = *clip.frames[0];
-    return std::tuple(frame.color_primaries, frame.color_trc, frame.colorspace, frame.color_range,
-                      frame.chroma_location);
+    const AVCodecParameters& pictures = *clip.stream->codecpar;
+    return std::tuple(pictures.color_primaries, pictures.color_trc, pictures.color_space, pictures.color_range,
+                      pictures.chroma_location);
   };
   for (const std::string extension : {"mp4", "mov", "mkv", "avi", "webm"}) {
     SCOPED_TRACE(extension);
     const std::string path = folder / ("out." + extension);
     EXPECT_EQ(10, CopyMedia(folder / "in.mp4", path));
-    const Clip out = ReadClip(path);
-    const auto [most, mean] = Difference(in, out);
-    EXPECT_LE(most, extension == "webm" ? 12 : 6);
+    const auto [most, mean] = Difference(folder / "in.mp4", path);
+    EXPECT_LE(most, extension == "webm" ? 20 : 12);
     EXPECT_LE(mean, 1.0);
-    for (std::size_t i = 0; i < 10; ++i) EXPECT_NEAR(0.04 * i, Seconds(out).at(i), 0.0005);
-    EXPECT_EQ(10u, out.frames.size());
+    const Clip out = ReadClip(path);
+    ASSERT_EQ(10u, out.times.size());
+    for (std::size_t i = 0; i < 10; ++i) EXPECT_NEAR(0.04 * i, out.times[i], 0.0005);
     EXPECT_NEAR(25, av_q2d(out.stream->avg_frame_rate), 0.01);
     EXPECT_NEAR(4.0 / 3, av_q2d(av_guess_sample_aspect_ratio(out.file.get(), out.file->streams[0], nullptr)), 0.001);
     EXPECT_EQ(tags(in), tags(out));
@@ -73,13 +72,12 @@ TEST(Video, VaryingTimesStayInContainersThatHaveThem) {
   const Clip in = ReadClip(folder / "in.mp4");
   CopyMedia(folder / "in.mp4", folder / "out.mov");
   const Clip out = ReadClip(folder / "out.mov");
-  EXPECT_EQ(Seconds(in), Seconds(out));
-  EXPECT_EQ(0, out.frames[0]->pts);
+  EXPECT_EQ(in.times, out.times);
   EXPECT_NEAR(in.file->duration, out.file->duration, 1e-4 * AV_TIME_BASE);
 
   // Chosen frames that are not one run follow each other, each for its own time.
   CopyMedia(folder / "in.mp4", folder / "few.mov", {}, ParseFrameRange("1,4-5"));
-  EXPECT_THAT(Seconds(ReadClip(folder / "few.mov")),
+  EXPECT_THAT(ReadClip(folder / "few.mov").times,
               ElementsAre(0, DoubleNear(1000 / 30000.0, 1e-9), DoubleNear(1600 / 30000.0, 1e-9)));
 }
 
@@ -91,27 +89,23 @@ TEST(Video, AudioIsCopiedPacketByPacketAndCutToARange) {
   for (int i = 0; i < 50; ++i) options.times.push_back(512 * i);
   MakeClip(folder / "in.mp4", options);
   const Clip in = ReadClip(folder / "in.mp4");
-  ASSERT_GT(in.audio[0].packets.size(), 80u);
-  const auto start = [](const Clip& clip) {
-    return clip.audio[1].start - static_cast<double>(clip.frames[0]->pts) * av_q2d(clip.stream->time_base);
-  };
+  ASSERT_GT(in.audio[0].size(), 80u);
   for (const char* name : {"out.mp4", "out.mkv", "out.mov"}) {
     SCOPED_TRACE(name);
     CopyMedia(folder / "in.mp4", folder / name);
     const Clip out = ReadClip(folder / name);
-    ASSERT_EQ(2u, out.audio.size());
-    for (int i = 0; i < 2; ++i) EXPECT_EQ(in.audio[i].packets, out.audio[i].packets);
-    EXPECT_EQ("dan", out.audio[1].language);
-    EXPECT_NEAR(start(in), start(out), 0.001);
+    EXPECT_EQ(in.audio, out.audio);
+    EXPECT_NEAR(in.audioStarts[1] - in.times[0], out.audioStarts[1] - out.times[0], 0.001);
+    EXPECT_STREQ("dan", av_dict_get(out.file->streams[2]->metadata, "language", nullptr, 0)->value);
   }
 
   CopyMedia(folder / "in.mp4", folder / "cut.mp4", {}, ParseFrameRange("26-50"));
   const Clip cut = ReadClip(folder / "cut.mp4");
-  EXPECT_EQ(25u, cut.frames.size());
-  const auto &whole = in.audio[0].packets, &kept = cut.audio[0].packets;
+  EXPECT_EQ(25u, cut.times.size());
+  const auto &whole = in.audio[0], &kept = cut.audio[0];
   ASSERT_NEAR(47, kept.size(), 1);  // one second in packets of 1024 samples at 48 kHz
   EXPECT_NE(whole.end(), std::search(whole.begin(), whole.end(), kept.begin(), kept.end()));
-  EXPECT_NEAR(0.01, cut.audio[0].start, 0.012);
+  EXPECT_NEAR(0.01, cut.audioStarts[0], 0.012);
 
   const auto input = OpenInput(folder / "in.mp4", ParseFrameRange("1-9x2"));
   EXPECT_THAT(OpenOutput(folder / "odd.mp4", *input)->Warnings(), ElementsAre(HasSubstr("audio")));
@@ -129,17 +123,16 @@ TEST(Video, RotationIsKeptOrDone) {
   options.rotation = 90;
   options.setUp = [](AVCodecContext& encoder) { encoder.sample_aspect_ratio = {4, 3}; };
   MakeClip(folder / "in.mp4", options);
-  ASSERT_EQ(90, RotationOf(ReadClip(folder / "in.mp4")));
   CopyMedia(folder / "in.mp4", folder / "out.mov");
   const Clip kept = ReadClip(folder / "out.mov");
-  EXPECT_EQ(std::pair(90, 96), std::pair(RotationOf(kept), kept.frames[0]->width));
+  EXPECT_EQ(std::pair(90, 96), std::pair(kept.rotation, kept.stream->codecpar->width));
   CopyMedia(folder / "in.mp4", folder / "out.mkv");
   const Clip turned = ReadClip(folder / "out.mkv");
-  EXPECT_EQ(std::pair(0, 64), std::pair(RotationOf(turned), turned.frames[0]->width));
+  EXPECT_EQ(std::pair(0, 64), std::pair(turned.rotation, turned.stream->codecpar->width));
   EXPECT_NEAR(0.75, av_q2d(turned.stream->sample_aspect_ratio), 1e-6);
-  // Turned clockwise, the left edge is on top: its luma, read upwards, is the first row.
-  const std::vector<std::uint16_t> lying = Samples(*kept.frames[0], 0), upright = Samples(*turned.frames[0], 0);
-  for (int x = 0; x < 64; ++x) EXPECT_NEAR(lying[(63 - x) * 96], upright[x], 4) << x;
+  // Turned clockwise, the left edge is on top: its green, read upwards, is the first row.
+  const Frame lying = *OpenInput(folder / "out.mov")->Next(), upright = *OpenInput(folder / "out.mkv")->Next();
+  for (int x = 0; x < 64; ++x) EXPECT_NEAR(lying.Bytes(63 - x)[2], upright.Bytes(0)[4 * x + 2], 8) << x;
 
   EXPECT_EQ(1, CopyMedia(folder / "in.mp4", folder / "still.png", {}, ParseFrameRange("3")));
   const FrameInfo still = OpenInput(folder / "still.png")->Info();
@@ -171,13 +164,12 @@ TEST(Video, ColoursFollowTheFilesMatrixAndRange) {
         encoder.colorspace = m;
         encoder.color_range = r;
       };
-      MakeClip(folder / "in.mp4", options);
-      const Clip in = ReadClip(folder / "in.mp4");
+      const std::vector<FramePtr> pictures = MakeClip(folder / "in.mp4", options);
       const Frame frame = *OpenInput(folder / "in.mp4")->Next();
       ASSERT_EQ(deep, frame.deep);
       std::vector<double> planes[3];  // luma 0..1, chroma -0.5..0.5
       for (int plane = 0; plane < 3; ++plane)
-        for (const double sample : Samples(*in.frames[0], plane)) {
+        for (const double sample : Samples(*pictures[0], plane)) {
           const double value = deep ? sample / 4 : sample;
           if (range == AVCOL_RANGE_JPEG)
             planes[plane].push_back((value - (plane ? 128 : 0)) / (deep ? 1023 / 4.0 : 255));
@@ -213,10 +205,8 @@ TEST(Video, DeepSourcesStayDeep) {
     OutputOptions overwrite;
     overwrite.overwrite = true;
     CopyMedia(folder / "in.mkv", folder / "out.mov", overwrite);
-    const Clip in = ReadClip(folder / "in.mkv"), out = ReadClip(folder / "out.mov");
-    EXPECT_EQ(AV_PIX_FMT_YUV422P10, out.frames[0]->format);
-    ASSERT_EQ(2u, out.frames.size());
-    EXPECT_LE(Difference(in, out).second, 3.0);
+    EXPECT_EQ(AV_PIX_FMT_YUV422P10, ReadClip(folder / "out.mov").stream->codecpar->format);
+    EXPECT_LE(Difference(folder / "in.mkv", folder / "out.mov").second, 0.75);
   }
   CopyMedia(folder / "out.mov", folder / "f.%d.png", {}, ParseFrameRange("1"));
   EXPECT_TRUE(OpenInput(folder / "f.1.png")->Info().deep);
