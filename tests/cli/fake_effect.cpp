@@ -13,7 +13,6 @@ namespace {
 
 enum Mode { kInvert = 1, kShowCommands, kCheckHost, kFail, kFailSilently, kWaitForCancel, kGrow, kIgnoreCancel, kLate };
 enum SetupFault { kFailSetup = 1, kWrongCount, kLayerParameter, kBadPopup };
-constexpr int kModeIndex = 1, kStrengthIndex = 5, kColourIndex = 7;
 
 PF_Err Define(PF_InData* in, PF_OutData* out) {
   const int fault = in->version.major == 99 ? in->version.minor : 0;
@@ -61,22 +60,19 @@ PF_Err Define(PF_InData* in, PF_OutData* out) {
 
 struct RowWork {
   PF_InData* in;
-  const PF_LayerDef* input;
-  PF_LayerDef* output;
+  const PF_LayerDef *input, *output;
 };
 
 PF_Err InvertRow(void* refcon, A_long threadIndex, A_long y, A_long) {
-  const auto& work = *static_cast<RowWork*>(refcon);
-  const auto row = [y](const PF_LayerDef& layer) {
-    return reinterpret_cast<char*>(layer.data) + std::int64_t{y} * layer.rowbytes;
-  };
-  for (A_long i = 0; i < 4 * work.input->width; ++i) {
-    if (work.input->world_flags & PF_WorldFlag_DEEP)
-      reinterpret_cast<A_u_short*>(row(*work.output))[i] = 32768 - reinterpret_cast<A_u_short*>(row(*work.input))[i];
+  const auto& [in, input, output] = *static_cast<RowWork*>(refcon);
+  auto* from = reinterpret_cast<A_u_char*>(input->data) + std::int64_t{y} * input->rowbytes;
+  auto* to = reinterpret_cast<A_u_char*>(output->data) + std::int64_t{y} * output->rowbytes;
+  for (A_long i = 0; i < 4 * input->width; ++i)
+    if (input->world_flags & PF_WorldFlag_DEEP)
+      reinterpret_cast<A_u_short*>(to)[i] = static_cast<A_u_short>(32768 - reinterpret_cast<A_u_short*>(from)[i]);
     else
-      row(*work.output)[i] = static_cast<char>(~row(*work.input)[i]);
-  }
-  return threadIndex == 0 ? work.in->inter.abort(work.in->effect_ref) : 0;
+      to[i] = static_cast<A_u_char>(255 - from[i]);
+  return threadIndex == 0 ? in->inter.abort(in->effect_ref) : PF_Err_NONE;
 }
 
 // The text of the first thing that the host does wrong, empty for none.
@@ -132,11 +128,13 @@ const char* CheckSuites(PF_InData* in) {
 const char* CheckInData(const PF_InData* in, PF_ParamDef* parameters[]) {
   const PF_LayerDef& layer = parameters[0]->u.ld;
   if (in->num_params != 9) return "num_params";
-  if (in->width != 2 * layer.width || in->downsample_x.num != 1 || in->downsample_x.den != 2) return "downsampling";
+  if (in->width != 2 * layer.width || in->downsample_x.num != 1 || in->downsample_x.den != 2 ||
+      in->downsample_y.den != 2)
+    return "downsampling";
   if (in->time_scale != 30000 || in->time_step != 1001 || in->current_time != 3 * 1001) return "time";
-  const PF_ParamDef& strength = *parameters[kStrengthIndex];
-  if (strength.u.fd.value != 9 * 65536 / 4) return "value of a fixed number";
-  const PF_Pixel& ink = parameters[kColourIndex]->u.cd.value;
+  if (parameters[4]->u.sd.value != 9) return "value of a slider";
+  if (parameters[5]->u.fd.value != 9 * 65536 / 4) return "value of a fixed number";
+  const PF_Pixel& ink = parameters[7]->u.cd.value;
   if (ink.alpha != 255 || ink.red != 255 || ink.green != 128 || ink.blue != 0) return "value of a colour";
   if (std::strcmp(parameters[3]->u.bd.u.nameptr, "Tone") != 0) return "text of a check box";
   char text[8];
@@ -148,7 +146,7 @@ const char* CheckInData(const PF_InData* in, PF_ParamDef* parameters[]) {
 
 PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef* parameters[], PF_LayerDef* output) {
   const PF_LayerDef& input = parameters[0]->u.ld;
-  switch (parameters[kModeIndex]->u.pd.value) {
+  switch (parameters[1]->u.pd.value) {
     case kShowCommands:
       std::strcpy(out->return_msg, static_cast<const char*>(*in->global_data));
       return PF_Err_NONE;
@@ -232,7 +230,7 @@ extern "C" __attribute__((visibility("default"))) PF_Err PluginEntry(PF_Cmd comm
       out->sequence_data = nullptr;
       return PF_Err_NONE;
     case PF_Cmd_FRAME_SETUP:
-      if (parameters[kModeIndex]->u.pd.value == kGrow) out->width = output->width + 1;
+      if (parameters[1]->u.pd.value == kGrow) out->width = output->width + 1;
       return in->sequence_data ? PF_Err_NONE : PF_Err_INTERNAL_STRUCT_DAMAGED;
     case PF_Cmd_RENDER:
       return Render(in, out, parameters, output);
