@@ -1,6 +1,5 @@
 #include "cli/program.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <spawn.h>
@@ -19,19 +18,11 @@ std::string ReadText(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-Program::Program(Arguments arguments) {
-  arguments.insert(arguments.begin(), QUENTARA_PROGRAM);
-  std::vector<char*> pointers;
-  for (std::string& argument : arguments) pointers.push_back(argument.data());
-  pointers.push_back(nullptr);
-
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_addopen(&actions, 1, (folder_ / "out").c_str(), O_WRONLY | O_CREAT, 0600);
-  posix_spawn_file_actions_addopen(&actions, 2, (folder_ / "err").c_str(), O_WRONLY | O_CREAT, 0600);
-  EXPECT_EQ(0, posix_spawn(&process_, QUENTARA_PROGRAM, &actions, nullptr, pointers.data(), environ));
-  posix_spawn_file_actions_destroy(&actions);
+Program::Program(const TemporaryFolder& folder, const std::string& arguments) {
+  const std::string command = "cd '" + folder.path().string() + "' && exec '" QUENTARA_PROGRAM "' " + arguments +
+                              " </dev/null >" + (reports_ / "out") + " 2>" + (reports_ / "err");
+  const char* shell[] = {"sh", "-c", command.c_str(), nullptr};
+  EXPECT_EQ(0, posix_spawnp(&process_, "sh", nullptr, nullptr, const_cast<char**>(shell), environ));
 }
 
 Program::~Program() {
@@ -42,7 +33,7 @@ Program::~Program() {
 
 void Program::AwaitMessage(const std::string& text) const {
   const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-  while (ReadText(folder_ / "err").find(text) == std::string::npos && std::chrono::steady_clock::now() < end)
+  while (ReadText(reports_ / "err").find(text) == std::string::npos && std::chrono::steady_clock::now() < end)
     std::this_thread::sleep_for(std::chrono::milliseconds(5));
 }
 
@@ -54,19 +45,20 @@ Outcome Program::Wait() {
   int status = 0;
   waitpid(process_, &status, 0);
   process_ = 0;
-  return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), ReadText(folder_ / "out"),
-          ReadText(folder_ / "err")};
+  return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), ReadText(reports_ / "out"),
+          ReadText(reports_ / "err")};
 }
 
-Outcome Succeed(const Arguments& arguments) {
-  Outcome outcome = Program(arguments).Wait();
-  EXPECT_EQ(0, outcome.status) << outcome.err;
+Outcome Succeed(const TemporaryFolder& folder, const std::string& arguments) {
+  Outcome outcome = Program(folder, arguments).Wait();
+  EXPECT_EQ(0, outcome.status) << arguments << "\n" << outcome.err;
   return outcome;
 }
 
-void ExpectFailure(int status, const Arguments& arguments, const std::string& pattern) {
-  SCOPED_TRACE(testing::PrintToString(arguments));
-  const Outcome outcome = Program(arguments).Wait();
+void ExpectFailure(int status, const TemporaryFolder& folder, const std::string& arguments,
+                   const std::string& pattern) {
+  SCOPED_TRACE(arguments);
+  const Outcome outcome = Program(folder, arguments).Wait();
   EXPECT_EQ(status, outcome.status);
   EXPECT_EQ("", outcome.out);
   EXPECT_THAT(outcome.err, testing::ContainsRegex(pattern));

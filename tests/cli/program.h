@@ -4,18 +4,10 @@
 #include <sys/types.h>
 
 #include <string>
-#include <vector>
 
 #include "support/temporary_folder.h"
 
 namespace quentara {
-
-using Arguments = std::vector<std::string>;
-
-inline Arguments operator+(Arguments a, const Arguments& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
-}
 
 std::string ReadText(const std::string& path);
 
@@ -25,10 +17,10 @@ struct Outcome {
   std::string err;
 };
 
-/// `quentara`, started with some arguments.
+/// `quentara`, started in a folder with arguments as one types them in a shell.
 class Program {
  public:
-  explicit Program(Arguments arguments);
+  Program(const TemporaryFolder& folder, const std::string& arguments);
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -39,15 +31,15 @@ class Program {
   Outcome Wait();
 
  private:
-  TemporaryFolder folder_;
+  TemporaryFolder reports_;
   pid_t process_ = 0;
 };
 
 /// Runs the program, which must succeed.
-Outcome Succeed(const Arguments& arguments);
+Outcome Succeed(const TemporaryFolder& folder, const std::string& arguments);
 
 /// Runs the program, which must end with this status and say nothing but one line that the regular expression is found
 /// in.
-void ExpectFailure(int status, const Arguments& arguments, const std::string& pattern);
+void ExpectFailure(int status, const TemporaryFolder& folder, const std::string& arguments, const std::string& pattern);
 
 }  // namespace quentara
