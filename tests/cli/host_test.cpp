@@ -100,20 +100,6 @@ TEST(EffectInstance, CancelsWhenAskedToAndRendersOn) {
   EXPECT_EQ(Inverted(frame).pixels, instance.Render(frame, {}, Settings(effect)).pixels);
 }
 
-TEST(EffectInstance, RendersAtTheSameTimeAsOthers) {
-  Effect effect(FAKE_EFFECT, {});
-  std::vector<std::thread> threads;
-  for (unsigned seed = 0; seed < 4; ++seed)
-    threads.emplace_back([&, seed] {
-      EffectInstance instance(effect, 2, {});
-      const media::Frame frame = RandomFrame(31, 17, seed % 2 == 1, seed);
-      for (int i = 0; i < 20; ++i)
-        EXPECT_EQ(Inverted(frame).pixels, instance.Render(frame, {}, Settings(effect)).pixels);
-      EXPECT_FALSE(HostContext::Current());
-    });
-  for (std::thread& thread : threads) thread.join();
-}
-
 TEST(ThreadPool, RunsEveryIterationOnceAndStopsAfterAnError) {
   const std::thread::id caller = std::this_thread::get_id();
   for (const int threads : {1, 2, 7}) {

@@ -131,6 +131,7 @@ TEST(Output, RefusesWhatWouldLoseSomething) {
                {"in.mp4", "none/out.mp4", "none/out.mp4: cannot be written: No such file", {}},
                {"in.mp4", "none/out.%d.png", "No such file", {}},
                {"in.mp4", "one.png", "several frames", {}},
+               {"f.%d.png", "one.png", "several frames", {}},
                {"in.mp4", "out.gif", ".mp4", {}}};
   for (const auto& test : cases) {
     const auto input = OpenInput(folder / test.from);
@@ -166,9 +167,7 @@ TEST(Output, LeavesNothingBehindWhenGivenUp) {
 
 TEST(Output, AFullDiskIsAnErrorWithoutLeftovers) {
   const TemporaryFolder folder;
-  ClipOptions options;
-  options.setUp = [](AVCodecContext& encoder) { encoder.width = encoder.height = 256; };
-  MakeClip(folder / "in.mp4", options);
+  MakeClip(folder / "in.mp4", {[](AVCodecContext& encoder) { encoder.width = encoder.height = 256; }});
   const std::vector<std::string> before = folder.Names();
   // A limit on file sizes fails writes as a full disk does.
   rlimit old;

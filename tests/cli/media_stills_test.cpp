@@ -190,9 +190,7 @@ TEST(Stills, CutOrDamagedFilesAreErrorsAtEveryLength) {
     for (std::size_t length = 8; length < content.size() - 2; length += 1 + length / 7) {
       SCOPED_TRACE(testing::Message() << int(format) << " cut to " << length << " of " << content.size());
       WriteFile(folder / "cut.picture", {content.begin(), content.begin() + length});
-      const std::string message = MessageOf<InputError>([&] { OpenInput(folder / "cut.picture"); });
-      EXPECT_THAT(message, HasSubstr("cut.picture: "));
-      EXPECT_EQ(std::string::npos, message.find('\n'));
+      EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "cut.picture"); }), HasSubstr("cut.picture: "));
     }
   }
   auto png = EncodePng(RandomStill(24, 24, 3, false, rng));
@@ -200,7 +198,7 @@ TEST(Stills, CutOrDamagedFilesAreErrorsAtEveryLength) {
   EXPECT_THROW(DecodePng(png), std::runtime_error);
 }
 
-TEST(Stills, AlphaIsWrittenWhenTheSourceHadItOrItSaysSomething) {
+TEST(Stills, KeepTheirProfileAndResolutionAndAlphaWhenTheSourceHadItOrItSaysSomething) {
   std::mt19937 rng(4);
   Frame frame = RandomFrame(3, 2, false, true, rng);
   EXPECT_EQ(3, ToStill(frame, StillFormat::Png).channels);
@@ -209,7 +207,9 @@ TEST(Stills, AlphaIsWrittenWhenTheSourceHadItOrItSaysSomething) {
   EXPECT_EQ(3, ToStill(frame, StillFormat::Jpeg).channels);
   Still opaque = RandomStill(1, 1, 4, false, rng);
   opaque.samples[3] = 255;
-  EXPECT_EQ(4, ToStill(ToFrame(opaque), StillFormat::Png).channels);
+  const Still back = ToStill(ToFrame(opaque), StillFormat::Png);
+  EXPECT_EQ(4, back.channels);
+  EXPECT_EQ(std::pair(opaque.iccProfile, opaque.resolution.y), std::pair(back.iccProfile, back.resolution.y));
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 /// Frames and files for the tests of the media layer.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -42,15 +45,20 @@ inline void WritePng(const std::string& path, const Frame& frame) {
   WriteFile(path, EncodeStill(StillFormat::Png, ToStill(frame, StillFormat::Png)));
 }
 
-/// What OpenInput(...), Next or the like complained about.
+/// What OpenInput(...), Next or the like complained about, which must be one line.
 template <class Error, class Call>
 std::string MessageOf(const Call& call) {
   try {
     call();
   } catch (const Error& error) {
+    EXPECT_STREQ(nullptr, std::strchr(error.what(), '\n'));
     return error.what();
   }
   return "no error";
+}
+
+inline Frame ReadPicture(const std::string& path) {
+  return *OpenInput(path)->Next();
 }
 
 inline std::vector<Frame> ReadAll(Input& input) {

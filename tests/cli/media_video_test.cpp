@@ -30,8 +30,7 @@ std::pair<double, double> Difference(const std::string& path, const std::string&
 
 TEST(Video, EveryContainerKeepsPicturesTimesAspectAndColours) {
   const TemporaryFolder folder;
-  ClipOptions options;
-  options.setUp = [](AVCodecContext& encoder) {
+  const auto setUp = [](AVCodecContext& encoder) {
     encoder.sample_aspect_ratio = {4, 3};
     encoder.color_primaries = AVCOL_PRI_SMPTE170M;
     encoder.color_trc = AVCOL_TRC_SMPTE170M;
@@ -39,7 +38,7 @@ TEST(Video, EveryContainerKeepsPicturesTimesAspectAndColours) {
     encoder.color_range = AVCOL_RANGE_MPEG;
     encoder.chroma_sample_location = AVCHROMA_LOC_LEFT;
   };
-  MakeClip(folder / "in.mp4", options);
+  MakeClip(folder / "in.mp4", {setUp});
   const Clip in = ReadClip(folder / "in.mp4");
   const auto tags = [](const Clip& clip) {
     const AVCodecParameters& pictures = *clip.stream->codecpar;
@@ -59,16 +58,16 @@ TEST(Video, EveryContainerKeepsPicturesTimesAspectAndColours) {
     EXPECT_NEAR(25, av_q2d(out.stream->avg_frame_rate), 0.01);
     EXPECT_NEAR(4.0 / 3, av_q2d(av_guess_sample_aspect_ratio(out.file.get(), out.file->streams[0], nullptr)), 0.001);
     EXPECT_EQ(tags(in), tags(out));
+    // This container has no times for pictures that are coded out of order.
+    EXPECT_TRUE(extension != "avi" || out.stream->codecpar->video_delay == 0);
   }
   EXPECT_THAT(folder.Names(), ElementsAre("in.mp4", "out.avi", "out.mkv", "out.mov", "out.mp4", "out.webm"));
 }
 
 TEST(Video, VaryingTimesStayInContainersThatHaveThem) {
   const TemporaryFolder folder;
-  ClipOptions options;
-  options.times = {0, 1000, 1001, 5000, 5600, 9000};
-  options.setUp = [](AVCodecContext& encoder) { encoder.time_base = {1, 30000}; };
-  MakeClip(folder / "in.mp4", options);
+  const auto setUp = [](AVCodecContext& encoder) { encoder.time_base = {1, 30000}; };
+  MakeClip(folder / "in.mp4", {setUp, {0, 1000, 1001, 5000, 5600, 9000}});
   const Clip in = ReadClip(folder / "in.mp4");
   CopyMedia(folder / "in.mp4", folder / "out.mov");
   const Clip out = ReadClip(folder / "out.mov");
@@ -76,8 +75,8 @@ TEST(Video, VaryingTimesStayInContainersThatHaveThem) {
   EXPECT_NEAR(in.file->duration, out.file->duration, 1e-4 * AV_TIME_BASE);
 
   // Chosen frames that are not one run follow each other, each for its own time.
-  CopyMedia(folder / "in.mp4", folder / "few.mov", {}, ParseFrameRange("1,4-5"));
-  EXPECT_THAT(ReadClip(folder / "few.mov").times,
+  CopyMedia(folder / "in.mp4", folder / "few.MOV", {}, ParseFrameRange("1,4-5"));
+  EXPECT_THAT(ReadClip(folder / "few.MOV").times,
               ElementsAre(0, DoubleNear(1000 / 30000.0, 1e-9), DoubleNear(1600 / 30000.0, 1e-9)));
 }
 
@@ -99,8 +98,8 @@ TEST(Video, AudioIsCopiedPacketByPacketAndCutToARange) {
     EXPECT_STREQ("dan", av_dict_get(out.file->streams[2]->metadata, "language", nullptr, 0)->value);
   }
 
-  CopyMedia(folder / "in.mp4", folder / "cut.mp4", {}, ParseFrameRange("26-50"));
-  const Clip cut = ReadClip(folder / "cut.mp4");
+  CopyMedia(folder / "in.mp4", folder / "cut.mkv", {}, ParseFrameRange("16-40"));
+  const Clip cut = ReadClip(folder / "cut.mkv");
   EXPECT_EQ(25u, cut.times.size());
   const auto &whole = in.audio[0], &kept = cut.audio[0];
   ASSERT_NEAR(47, kept.size(), 1);  // one second in packets of 1024 samples at 48 kHz
@@ -131,7 +130,7 @@ TEST(Video, RotationIsKeptOrDone) {
   EXPECT_EQ(std::pair(0, 64), std::pair(turned.rotation, turned.stream->codecpar->width));
   EXPECT_NEAR(0.75, av_q2d(turned.stream->sample_aspect_ratio), 1e-6);
   // Turned clockwise, the left edge is on top: its green, read upwards, is the first row.
-  const Frame lying = *OpenInput(folder / "out.mov")->Next(), upright = *OpenInput(folder / "out.mkv")->Next();
+  const Frame lying = ReadPicture(folder / "out.mov"), upright = ReadPicture(folder / "out.mkv");
   for (int x = 0; x < 64; ++x) EXPECT_NEAR(lying.Bytes(63 - x)[2], upright.Bytes(0)[4 * x + 2], 8) << x;
 
   EXPECT_EQ(1, CopyMedia(folder / "in.mp4", folder / "still.png", {}, ParseFrameRange("3")));
@@ -156,16 +155,14 @@ TEST(Video, ColoursFollowTheFilesMatrixAndRange) {
   for (const auto& [matrix, range, height, kr, kb] : cases)
     for (const bool deep : {false, true}) {
       SCOPED_TRACE(testing::Message() << matrix << " range " << range << " height " << height << " deep " << deep);
-      ClipOptions options;
-      options.times = {0, 512};
-      options.setUp = [&, m = matrix, r = range, h = height](AVCodecContext& encoder) {
+      const auto setUp = [&, m = matrix, r = range, h = height](AVCodecContext& encoder) {
         encoder.height = h;
         encoder.pix_fmt = deep ? AV_PIX_FMT_YUV444P10 : AV_PIX_FMT_YUV444P;
         encoder.colorspace = m;
         encoder.color_range = r;
       };
-      const std::vector<FramePtr> pictures = MakeClip(folder / "in.mp4", options);
-      const Frame frame = *OpenInput(folder / "in.mp4")->Next();
+      const std::vector<FramePtr> pictures = MakeClip(folder / "in.mp4", {setUp, {0, 512}});
+      const Frame frame = ReadPicture(folder / "in.mp4");
       ASSERT_EQ(deep, frame.deep);
       std::vector<double> planes[3];  // luma 0..1, chroma -0.5..0.5
       for (int plane = 0; plane < 3; ++plane)
@@ -194,18 +191,18 @@ TEST(Video, DeepSourcesStayDeep) {
   // In MOV, 1920 x 1080 is a size for which the muxer has ideas of its own.
   for (const auto& [width, height] : {std::pair{96, 64}, {1920, 1080}}) {
     SCOPED_TRACE(width);
-    ClipOptions options;
-    options.times = {0, 512};
-    options.setUp = [w = width, h = height](AVCodecContext& encoder) {
+    const auto setUp = [w = width, h = height](AVCodecContext& encoder) {
       encoder.width = w;
       encoder.height = h;
       encoder.pix_fmt = AV_PIX_FMT_YUV422P10;
     };
-    MakeClip(folder / "in.mkv", options);
+    MakeClip(folder / "in.mkv", {setUp, {0, 512}});
     OutputOptions overwrite;
     overwrite.overwrite = true;
     CopyMedia(folder / "in.mkv", folder / "out.mov", overwrite);
-    EXPECT_EQ(AV_PIX_FMT_YUV422P10, ReadClip(folder / "out.mov").stream->codecpar->format);
+    const Clip out = ReadClip(folder / "out.mov");
+    EXPECT_EQ(AV_PIX_FMT_YUV422P10, out.stream->codecpar->format);
+    EXPECT_EQ(MKTAG('a', 'v', 'c', '1'), out.stream->codecpar->codec_tag);
     EXPECT_LE(Difference(folder / "in.mkv", folder / "out.mov").second, 0.75);
   }
   CopyMedia(folder / "out.mov", folder / "f.%d.png", {}, ParseFrameRange("1"));
@@ -214,25 +211,18 @@ TEST(Video, DeepSourcesStayDeep) {
 
 TEST(Video, AlphaIsKeptWhereAnEncoderHasIt) {
   const TemporaryFolder folder;
-  // Four frames of a smooth alpha ramp.
-  for (int i = 1; i <= 4; ++i) {
-    Frame frame = BlankFrame(64, 48, false);
-    for (int y = 0; y < 48; ++y)
-      for (int x = 0; x < 64; ++x)
-        for (int c = 0; c < 4; ++c)
-          frame.Bytes(y)[4 * x + c] = static_cast<std::uint8_t>(c == 0 ? 4 * x : 60 + 2 * y + i);
-    WritePng(folder / ("a" + std::to_string(i) + ".png"), frame);
-  }
-  for (const char* name : {"out.mov", "out.mkv", "out.webm"}) {
+  Frame ramp = BlankFrame(64, 48, false);
+  for (int i = 0; i < 64 * 48 * 4; ++i)
+    ramp.pixels[i] = static_cast<std::uint8_t>(i % 4 == 0 ? i % 256 : 60 + 2 * (i / 256));
+  for (const char* name : {"a1.png", "a2.png", "a3.png"}) WritePng(folder / name, ramp);
+  for (const std::string name : {"out.mov", "out.mkv", "out.webm"}) {
     SCOPED_TRACE(name);
-    EXPECT_EQ(4, CopyMedia(folder / "a%d.png", folder / name));
-    const auto input = OpenInput(folder / name);
-    EXPECT_TRUE(input->Info().hasAlpha);
-    const std::vector<Frame> frames = ReadAll(*input);
-    ASSERT_EQ(4u, frames.size());
+    EXPECT_EQ(3, CopyMedia(folder / "a%d.png", folder / name));
+    EXPECT_TRUE(OpenInput(folder / name)->Info().hasAlpha);
+    const Frame frame = ReadAll(*OpenInput(folder / name)).at(2);
     for (const int x : {0, 9, 30, 63}) {
-      const int alpha = frames[2].deep ? (frames[2].Deep(20)[4 * x] * 255 + 16384) / 32768 : frames[2].Bytes(20)[4 * x];
-      EXPECT_NEAR(4 * x, alpha, std::string(name) == "out.mkv" ? 0 : 4) << x;
+      const int alpha = frame.deep ? (frame.Deep(20)[4 * x] * 255 + 16384) / 32768 : frame.Bytes(20)[4 * x];
+      EXPECT_NEAR(4 * x, alpha, name == "out.mkv" ? 0 : 4) << x;
     }
   }
   const auto input = OpenInput(folder / "a%d.png");
@@ -252,10 +242,8 @@ TEST(Video, RangesCountFramesFromOne) {
 
 TEST(Video, CutFilesAreErrors) {
   const TemporaryFolder folder;
-  ClipOptions options;
-  options.setUp = [](AVCodecContext& encoder) { encoder.time_base = {1, 2}; };
-  options.times = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11};
-  MakeClip(folder / "in.mkv", options);
+  const auto setUp = [](AVCodecContext& encoder) { encoder.time_base = {1, 2}; };
+  MakeClip(folder / "in.mkv", {setUp, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}});
   CopyMedia(folder / "in.mkv", folder / "in.mp4");
   for (const std::string name : {"in.mp4", "in.mkv"}) {
     const auto content = ReadFile(folder / name);
@@ -263,9 +251,7 @@ TEST(Video, CutFilesAreErrors) {
       SCOPED_TRACE(testing::Message() << name << " " << share);
       WriteFile(folder / "cut",
                 {content.begin(), content.begin() + static_cast<std::ptrdiff_t>(share * content.size())});
-      const std::string message = MessageOf<InputError>([&] { ReadAll(*OpenInput(folder / "cut")); });
-      EXPECT_THAT(message, HasSubstr("cut: "));
-      EXPECT_EQ(std::string::npos, message.find('\n'));
+      EXPECT_THAT(MessageOf<InputError>([&] { ReadAll(*OpenInput(folder / "cut")); }), HasSubstr("cut: "));
     }
   }
   WriteFile(folder / "text.mp4", {'h', 'i'});

@@ -114,7 +114,7 @@ TEST(Presets, ThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
 
   media::WritePng(folder / "in.png", media::BlankFrame(20, 200, false));
   Succeed(folder, "sheet in.png -o out.png --presets --columns 50");
-  const media::Frame picture = *media::OpenInput(folder / "out.png")->Next();
+  const media::Frame picture = media::ReadPicture(folder / "out.png");
   EXPECT_GE(picture.width, 9 * 20);
   EXPECT_LT(picture.height, 2 * 200);  // one row: the source and all presets
 }

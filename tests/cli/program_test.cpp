@@ -14,6 +14,7 @@ namespace quentara {
 namespace {
 
 using media::Frame;
+using media::ReadPicture;
 using testing::ContainsRegex;
 using testing::ElementsAre;
 
@@ -23,10 +24,6 @@ const std::string kFake = " --effect '" FAKE_EFFECT "'";
 void WriteRandomPng(const std::string& path, unsigned seed = 1, bool deep = false) {
   std::mt19937 rng(seed);
   media::WritePng(path, media::RandomFrame(23, 17, deep, false, rng));
-}
-
-Frame ReadPicture(const std::string& path) {
-  return *media::OpenInput(path)->Next();
 }
 
 TEST(Render, WithEverythingOffGivesBackItsInputInTheEffectsEightBits) {
@@ -102,14 +99,14 @@ TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
 
 TEST(Render, KeepsTheFramesAndTheRateOfAVideoInAPreview) {
   const TemporaryFolder folder;
-  media::ClipOptions options;
-  options.audio = {"eng"};
-  media::MakeClip(folder / "in.mp4", options);
+  media::ClipOptions clip;
+  clip.audio = {"eng"};
+  media::MakeClip(folder / "in.mp4", clip);
   EXPECT_EQ("", Succeed(folder, "render in.mp4 --quiet -o out.mkv --preview 1/2 --no-audio" + kNothing).err);
-  const media::Clip clip = media::ReadClip(folder / "out.mkv");
-  EXPECT_EQ(std::pair(std::size_t{10}, 48), std::pair(clip.times.size(), clip.stream->codecpar->width));
-  EXPECT_NEAR(25, av_q2d(clip.stream->avg_frame_rate), 1e-9);
-  EXPECT_TRUE(clip.audio.empty());
+  const media::Clip out = media::ReadClip(folder / "out.mkv");
+  EXPECT_EQ(std::pair(std::size_t{10}, 48), std::pair(out.times.size(), out.stream->codecpar->width));
+  EXPECT_NEAR(25, av_q2d(out.stream->avg_frame_rate), 1e-9);
+  EXPECT_TRUE(out.audio.empty());
 }
 
 TEST(Program, TellsMistakesInOneLineAndChangesNothing) {

@@ -79,18 +79,19 @@ TEST(Layout, ForAScreenPrefersFullRowsNearItsShape) {
   EXPECT_EQ(1, columns(480, 270, {1}));
 }
 
-media::Frame Canvas(int width, int height) {
-  media::Frame canvas = media::BlankFrame(width, height, false);
-  for (std::size_t i = 0; i < canvas.pixels.size(); i += 4) canvas.pixels[i] = 255;
-  return canvas;
+/// A frame of 8 bits in one shade of grey.
+media::Frame Filled(int width, int height, std::uint8_t alpha, std::uint8_t shade) {
+  media::Frame frame = media::BlankFrame(width, height, false);
+  for (std::size_t i = 0; i < frame.pixels.size(); ++i) frame.pixels[i] = i % 4 == 0 ? alpha : shade;
+  return frame;
 }
 
-/// Where a frame differs from an empty canvas.
-Rectangle Ink(const media::Frame& frame) {
+/// Where the place on a frame differs from one shade.
+Rectangle Ink(const media::Frame& frame, const Rectangle& place, int shade) {
   int left = frame.width, top = frame.height, right = 0, bottom = 0;
-  for (int y = 0; y < frame.height; ++y)
-    for (int x = 0; x < frame.width; ++x)
-      if (frame.Bytes(y)[4 * x + 1] != 0) {
+  for (int y = place.y; y < place.y + place.height; ++y)
+    for (int x = place.x; x < place.x + place.width; ++x)
+      if (frame.Bytes(y)[4 * x + 1] != shade) {
         left = std::min(left, x), right = std::max(right, x + 1);
         top = std::min(top, y), bottom = std::max(bottom, y + 1);
       }
@@ -100,36 +101,35 @@ Rectangle Ink(const media::Frame& frame) {
 TEST(Font, DrawsInsideItsBoxAndCutsWhatDoesNotFit) {
   const Font font(FindFont(false), 24);
   const auto drawn = [&](const std::string& text, int width) {
-    media::Frame canvas = Canvas(400, 60);
+    media::Frame canvas = Filled(400, 60, 255, 0);
     font.Draw(canvas, {20, 10, width, 40}, text, 200);
     return canvas;
   };
+  const auto ink = [&](int width) { return Ink(drawn("Poster Paint", width), {0, 0, 400, 60}, 0); };
   EXPECT_GT(font.Width("Poster Paint"), font.Width("Poster"));
-  const Rectangle whole = Ink(drawn("Poster Paint", 360));
-  EXPECT_NEAR(20, whole.x, 4);
-  EXPECT_NEAR(font.Width("Poster Paint"), whole.width, 6);
-  EXPECT_NEAR(30, whole.y + whole.height / 2, 6);
-  for (const int width : {1, 12, 60, 100}) {
-    const Rectangle cut = Ink(drawn("Poster Paint", width));
-    EXPECT_TRUE(cut.width <= 0 || (cut.x >= 20 && cut.x + cut.width <= 20 + width)) << width;
-  }
+  EXPECT_NEAR(20, ink(360).x, 4);
+  EXPECT_NEAR(font.Width("Poster Paint"), ink(360).width, 6);
+  EXPECT_NEAR(30, ink(360).y + ink(360).height / 2, 6);
+  for (const int width : {1, 12, 60, 100})
+    EXPECT_TRUE(ink(width).width <= 0 || (ink(width).x >= 20 && ink(width).x + ink(width).width <= 20 + width));
   const std::string pos = "Pos", dots = "\u2026";
   EXPECT_EQ(drawn(pos + dots, 360).pixels, drawn("Poster Paint", font.Width(pos + dots)).pixels);
   EXPECT_EQ(drawn("\ufffd!", 360).pixels, drawn("\xff!", 360).pixels);
 }
 
-TEST(DrawSheet, ShowsDeepAndTransparentPicturesOverItsGrey) {
+TEST(DrawSheet, ShowsItsTextsAndDeepAndTransparentPicturesOverItsGrey) {
   media::Frame deep = media::BlankFrame(200, 3, true);
-  for (int i = 0; i < 4 * 200 * 3; ++i) deep.Deep(0)[i] = media::kDeepWhite;
-  media::Frame half = Canvas(200, 3);
-  for (std::size_t i = 0; i < half.pixels.size(); i += 4) half.pixels[i] = 128;
-  const media::Frame sheet = DrawSheet("", {{"", {{"", deep}, {"", half}}}}, 2, {});
-  const SectionLayout places = LayOut({200, 3, {2}}, 2).sections[0];
-  const auto sample = [&](const Rectangle& r) { return sheet.Bytes(r.y + 2)[4 * (r.x + r.width - 1) + 1]; };
-  EXPECT_EQ(255, sample(places.pictures[0]));
+  std::fill_n(deep.Deep(0), 4 * 200 * 3, media::kDeepWhite);
+  const media::Frame sheet =
+      DrawSheet("Title", {{"Heading", {{"Deep", deep}, {"Half", Filled(200, 3, 128, 0)}}}}, 2, {});
+  const SheetLayout layout = LayOut({200, 3, {2}}, 2);
+  const auto& [heading, pictures, labels] = layout.sections[0];
   const int grey = sheet.pixels[1];
   EXPECT_GT(grey, 0);
-  EXPECT_NEAR(grey * 127 / 255.0, sample(places.pictures[1]), 1);
+  for (const Rectangle& text : {layout.title, heading, labels[0], labels[1]})
+    EXPECT_GT(Ink(sheet, text, grey).width, 9);
+  EXPECT_EQ(255, sheet.Bytes(pictures[0].y)[4 * pictures[0].x + 1]);
+  EXPECT_NEAR(grey * 127 / 255.0, sheet.Bytes(pictures[1].y)[4 * pictures[1].x + 1], 1);
   EXPECT_TRUE(std::all_of(sheet.Bytes(0), sheet.Bytes(0) + sheet.RowBytes(),
                           [&](std::uint8_t s) { return s == grey || s == 255; }));
 }
