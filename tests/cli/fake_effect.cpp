@@ -99,11 +99,10 @@ PF_Err CountOnce(void* refcon, A_long threadIndex, A_long i, A_long iterations) 
   return PF_Err_NONE;
 }
 
-PF_Err Nest(void* refcon, A_long threadIndex, A_long, A_long) {
-  auto* in = static_cast<PF_InData*>(refcon);
-  A_long counts[64]{};
-  const bool refused = in->utils->iterate_generic(1, counts, CountOnce) == PF_Err_INVALID_CALLBACK;
-  return threadIndex == 0 && !refused ? PF_Err_BAD_CALLBACK_PARAM : PF_Err_NONE;
+PF_Err Nest(void* refcon, A_long, A_long, A_long) {
+  A_long count = 0;
+  const PF_Err error = static_cast<PF_InData*>(refcon)->utils->iterate_generic(1, &count, CountOnce);
+  return error == PF_Err_INVALID_CALLBACK ? PF_Err_NONE : PF_Err_BAD_CALLBACK_PARAM;
 }
 
 const char* CheckIterations(PF_InData* in) {
@@ -118,25 +117,20 @@ const char* CheckIterations(PF_InData* in) {
   return "";
 }
 
-const char* CheckSuites(PF_InData* in) {
-  const void* suite = in;
-  if (in->pica_basicP->AcquireSuite(kPFParamUtilsSuite, 1, &suite) == 0 || suite) return "a suite of another version";
-  if (in->pica_basicP->AcquireSuite("PF No Such Suite", 2, &suite) == 0 || suite) return "an unknown suite";
-  return "";
-}
-
 const char* CheckInData(const PF_InData* in, PF_ParamDef* parameters[]) {
   const PF_LayerDef& layer = parameters[0]->u.ld;
   if (in->num_params != 9) return "num_params";
-  if (in->width != 2 * layer.width || in->downsample_x.num != 1 || in->downsample_x.den != 2 ||
-      in->downsample_y.den != 2)
-    return "downsampling";
+  if (in->width != 2 * layer.width || in->height != 2 * layer.height) return "size without downsampling";
+  if (in->downsample_x.num != 1 || in->downsample_x.den != 2 || in->downsample_y.den != 2) return "downsampling";
   if (in->time_scale != 30000 || in->time_step != 1001 || in->current_time != 3 * 1001) return "time";
   if (parameters[4]->u.sd.value != 9) return "value of a slider";
   if (parameters[5]->u.fd.value != 9 * 65536 / 4) return "value of a fixed number";
   const PF_Pixel& ink = parameters[7]->u.cd.value;
   if (ink.alpha != 255 || ink.red != 255 || ink.green != 128 || ink.blue != 0) return "value of a colour";
   if (std::strcmp(parameters[3]->u.bd.u.nameptr, "Tone") != 0) return "text of a check box";
+  const void* suite = in;
+  if (in->pica_basicP->AcquireSuite(kPFParamUtilsSuite, 1, &suite) == 0 || suite) return "a suite of another version";
+  if (in->pica_basicP->AcquireSuite("PF No Such Suite", 2, &suite) == 0 || suite) return "an unknown suite";
   char text[8];
   if (in->utils->ansi.strcpy(text, "ok") != text || in->utils->ansi.atan2(0, 1) != 0) return "C library";
   if (in->inter.checkout_param(in->effect_ref, 1, 0, 1, 1, nullptr) == PF_Err_NONE) return "checkout_param";
@@ -146,13 +140,13 @@ const char* CheckInData(const PF_InData* in, PF_ParamDef* parameters[]) {
 
 PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef* parameters[], PF_LayerDef* output) {
   const PF_LayerDef& input = parameters[0]->u.ld;
-  switch (parameters[1]->u.pd.value) {
+  const A_long mode = parameters[1]->u.pd.value;
+  switch (mode) {
     case kShowCommands:
       std::strcpy(out->return_msg, static_cast<const char*>(*in->global_data));
       return PF_Err_NONE;
     case kCheckHost:
-      for (const char* fault :
-           {CheckHandles(*in->utils), CheckIterations(in), CheckSuites(in), CheckInData(in, parameters)})
+      for (const char* fault : {CheckHandles(*in->utils), CheckIterations(in), CheckInData(in, parameters)})
         if (*fault && !*out->return_msg) std::strcpy(out->return_msg, fault);
       return *out->return_msg ? PF_Err_BAD_CALLBACK_PARAM : PF_Err_NONE;
     case kFail:
@@ -161,12 +155,11 @@ PF_Err Render(PF_InData* in, PF_OutData* out, PF_ParamDef* parameters[], PF_Laye
     case kFailSilently:
       return PF_Err_OUT_OF_MEMORY;
     case kWaitForCancel:
-      std::fputs("rendering\n", stderr);
-      for (A_long done = 0;; ++done)
-        if (const PF_Err error = in->inter.progress(in->effect_ref, done % 100, 100)) return error;
     case kIgnoreCancel:
       std::fputs("rendering\n", stderr);
-      while (true) in->inter.progress(in->effect_ref, 0, 0);
+      for (A_long done = 0;; ++done)
+        if (const PF_Err error = in->inter.progress(in->effect_ref, done % 100, 100); error && mode == kWaitForCancel)
+          return error;
     case kLate:
       if (in->current_time / in->time_step >= 2) return PF_Err_OUT_OF_MEMORY;
       [[fallthrough]];

@@ -1,7 +1,6 @@
 #include "cli/program.h"
 
 #include <gmock/gmock.h>
-#include <signal.h>
 
 #include <chrono>
 #include <nlohmann/json.hpp>
