@@ -10,7 +10,6 @@
 #include "cli/clip_maker.h"
 #include "cli/media_support.h"
 #include "media/sequence_pattern.h"
-#include "support/temporary_folder.h"
 
 namespace quentara::media {
 namespace {
@@ -18,6 +17,9 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+
+struct Sequence : FolderTest {};
+struct OutputTest : FolderTest {};
 
 /// Writes small pictures of noise under the names that the pattern gives the numbers.
 std::vector<Frame> MakeSequence(const std::string& pattern, const std::vector<std::int64_t>& numbers, int width = 6) {
@@ -54,8 +56,7 @@ TEST(FrameRange, ReadsSpansStepsAndLists) {
   EXPECT_EQ("1, 3 and 2 more", DescribeNumbers({1, 3, 5, 6}, 2));
 }
 
-TEST(Sequence, PatternsNameFilesAndFindThem) {
-  const TemporaryFolder folder;
+TEST_F(Sequence, PatternsNameFilesAndFindThem) {
   for (const char* name :
        {"f.0001.png", "f.0012.png", "f.12345.png", "f.012.png", "f.00013.png", "f.-001.png", "f.png"})
     WriteFile(folder / name, {});
@@ -68,8 +69,7 @@ TEST(Sequence, PatternsNameFilesAndFindThem) {
   EXPECT_FALSE(parse("####/f.png") || parse("100%.png"));
 }
 
-TEST(Sequence, KeepsNumbersAndReportsGaps) {
-  const TemporaryFolder folder;
+TEST_F(Sequence, KeepsNumbersAndReportsGaps) {
   const auto frames = MakeSequence(folder / "f.%04d.png", {8, 9, 10, 13, 20});
   const auto whole = OpenInput(folder / "f.####.png");
   EXPECT_EQ(Input::Kind::Sequence, whole->GetKind());
@@ -89,12 +89,9 @@ TEST(Sequence, KeepsNumbersAndReportsGaps) {
   EXPECT_EQ(20, copies.back().number);
 }
 
-TEST(Sequence, BecomesAVideoAtTheRateAskedFor) {
-  const TemporaryFolder folder;
+TEST_F(Sequence, BecomesAVideoAtTheRateAskedFor) {
   MakeSequence(folder / "f.%d.png", {3, 4, 7}, 15);
-  OutputOptions options;
-  options.frameRate = {30000, 1001};
-  CopyMedia(folder / "f.%d.png", folder / "out.mov", options);
+  CopyMedia(folder / "f.%d.png", folder / "out.mov", {false, {30000, 1001}});
   CopyMedia(folder / "f.%d.png", folder / "out.mp4");
   const Clip clip = ReadClip(folder / "out.mp4");
   const AVCodecParameters& pictures = *clip.stream->codecpar;
@@ -109,15 +106,13 @@ TEST(Sequence, BecomesAVideoAtTheRateAskedFor) {
               HasSubstr("frame 9 is 16 x 4"));
 }
 
-TEST(Output, RefusesWhatWouldLoseSomething) {
-  const TemporaryFolder folder;
+TEST_F(OutputTest, RefusesWhatWouldLoseSomething) {
   MakeSequence(folder / "f.%d.png", {1, 2});
   MakeClip(folder / "in.mp4");
   std::filesystem::create_symlink(folder / "in.mp4", folder / "link.mp4");
   std::filesystem::create_hard_link(folder / "f.2.png", folder / "g.002.png");
   const std::vector<std::string> before = folder.Names();
-  OutputOptions overwrite;
-  overwrite.overwrite = true;
+  const OutputOptions overwrite{true};
   const struct {
     const char *from, *to, *message;
     OutputOptions options;
@@ -146,8 +141,7 @@ TEST(Output, RefusesWhatWouldLoseSomething) {
   EXPECT_EQ(ReadFile(folder / "f.1.png"), ReadFile(folder / "f.2.png"));
 }
 
-TEST(Output, LeavesNothingBehindWhenGivenUp) {
-  const TemporaryFolder folder;
+TEST_F(OutputTest, LeavesNothingBehindWhenGivenUp) {
   MakeClip(folder / "in.mp4");
   const auto begin = [&](const char* name) {
     const auto input = OpenInput(folder / "in.mp4");
@@ -165,8 +159,7 @@ TEST(Output, LeavesNothingBehindWhenGivenUp) {
   EXPECT_EQ(1u, ReadFile(folder / "late.mp4").size());
 }
 
-TEST(Output, AFullDiskIsAnErrorWithoutLeftovers) {
-  const TemporaryFolder folder;
+TEST_F(OutputTest, AFullDiskIsAnErrorWithoutLeftovers) {
   MakeClip(folder / "in.mp4", {[](AVCodecContext& encoder) { encoder.width = encoder.height = 256; }});
   const std::vector<std::string> before = folder.Names();
   // A limit on file sizes fails writes as a full disk does.

@@ -12,7 +12,6 @@
 #include "media/frame_origin.h"
 #include "media/still.h"
 #include "media/still_codecs.h"
-#include "support/temporary_folder.h"
 
 namespace quentara::media {
 namespace {

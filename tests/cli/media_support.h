@@ -14,8 +14,14 @@
 #include "media/input.h"
 #include "media/output.h"
 #include "media/still.h"
+#include "support/temporary_folder.h"
 
 namespace quentara::media {
+
+/// A test with a folder for its files.
+struct FolderTest : testing::Test {
+  const TemporaryFolder folder;
+};
 
 /// A frame of noise, opaque or with noise for alpha.
 inline Frame RandomFrame(int width, int height, bool deep, bool opaque, std::mt19937& rng) {

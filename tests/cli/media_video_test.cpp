@@ -4,7 +4,6 @@
 
 #include "cli/clip_maker.h"
 #include "cli/media_support.h"
-#include "support/temporary_folder.h"
 
 namespace quentara::media {
 namespace {
@@ -12,6 +11,8 @@ namespace {
 using testing::DoubleNear;
 using testing::ElementsAre;
 using testing::HasSubstr;
+
+struct Video : FolderTest {};
 
 /// The greatest and the mean difference of all samples of two clips, of 255.
 std::pair<double, double> Difference(const std::string& path, const std::string& otherPath) {
@@ -28,8 +29,7 @@ std::pair<double, double> Difference(const std::string& path, const std::string&
   return {most, sum / count};
 }
 
-TEST(Video, EveryContainerKeepsPicturesTimesAspectAndColours) {
-  const TemporaryFolder folder;
+TEST_F(Video, EveryContainerKeepsPicturesTimesAspectAndColours) {
   const auto setUp = [](AVCodecContext& encoder) {
     encoder.sample_aspect_ratio = {4, 3};
     encoder.color_primaries = AVCOL_PRI_SMPTE170M;
@@ -64,8 +64,7 @@ TEST(Video, EveryContainerKeepsPicturesTimesAspectAndColours) {
   EXPECT_THAT(folder.Names(), ElementsAre("in.mp4", "out.avi", "out.mkv", "out.mov", "out.mp4", "out.webm"));
 }
 
-TEST(Video, VaryingTimesStayInContainersThatHaveThem) {
-  const TemporaryFolder folder;
+TEST_F(Video, VaryingTimesStayInContainersThatHaveThem) {
   const auto setUp = [](AVCodecContext& encoder) { encoder.time_base = {1, 30000}; };
   MakeClip(folder / "in.mp4", {setUp, {0, 1000, 1001, 5000, 5600, 9000}});
   const Clip in = ReadClip(folder / "in.mp4");
@@ -80,8 +79,7 @@ TEST(Video, VaryingTimesStayInContainersThatHaveThem) {
               ElementsAre(0, DoubleNear(1000 / 30000.0, 1e-9), DoubleNear(1600 / 30000.0, 1e-9)));
 }
 
-TEST(Video, AudioIsCopiedPacketByPacketAndCutToARange) {
-  const TemporaryFolder folder;
+TEST_F(Video, AudioIsCopiedPacketByPacketAndCutToARange) {
   ClipOptions options;
   options.audio = {"eng", "dan"};
   options.times.clear();
@@ -110,14 +108,11 @@ TEST(Video, AudioIsCopiedPacketByPacketAndCutToARange) {
   EXPECT_THAT(OpenOutput(folder / "odd.mp4", *input)->Warnings(), ElementsAre(HasSubstr("audio")));
   EXPECT_THAT(MessageOf<OutputError>([&] { OpenOutput(folder / "out.webm", *OpenInput(folder / "in.mp4")); }),
               HasSubstr("audio (aac)"));
-  OutputOptions silent;
-  silent.audio = false;
-  CopyMedia(folder / "in.mp4", folder / "out.webm", silent);
+  CopyMedia(folder / "in.mp4", folder / "out.webm", {false, kDefaultFrameRate, /*audio=*/false});
   EXPECT_TRUE(ReadClip(folder / "out.webm").audio.empty());
 }
 
-TEST(Video, RotationIsKeptOrDone) {
-  const TemporaryFolder folder;
+TEST_F(Video, RotationIsKeptOrDone) {
   ClipOptions options;
   options.rotation = 90;
   options.setUp = [](AVCodecContext& encoder) { encoder.sample_aspect_ratio = {4, 3}; };
@@ -139,8 +134,7 @@ TEST(Video, RotationIsKeptOrDone) {
             std::tuple(still.width, still.height, still.pixelAspect.numerator, still.pixelAspect.denominator));
 }
 
-TEST(Video, ColoursFollowTheFilesMatrixAndRange) {
-  const TemporaryFolder folder;
+TEST_F(Video, ColoursFollowTheFilesMatrixAndRange) {
   const struct {
     AVColorSpace matrix;
     AVColorRange range;
@@ -186,8 +180,7 @@ TEST(Video, ColoursFollowTheFilesMatrixAndRange) {
     }
 }
 
-TEST(Video, DeepSourcesStayDeep) {
-  const TemporaryFolder folder;
+TEST_F(Video, DeepSourcesStayDeep) {
   // In MOV, 1920 x 1080 is a size for which the muxer has ideas of its own.
   for (const auto& [width, height] : {std::pair{96, 64}, {1920, 1080}}) {
     SCOPED_TRACE(width);
@@ -197,9 +190,7 @@ TEST(Video, DeepSourcesStayDeep) {
       encoder.pix_fmt = AV_PIX_FMT_YUV422P10;
     };
     MakeClip(folder / "in.mkv", {setUp, {0, 512}});
-    OutputOptions overwrite;
-    overwrite.overwrite = true;
-    CopyMedia(folder / "in.mkv", folder / "out.mov", overwrite);
+    CopyMedia(folder / "in.mkv", folder / "out.mov", {/*overwrite=*/true});
     const Clip out = ReadClip(folder / "out.mov");
     EXPECT_EQ(AV_PIX_FMT_YUV422P10, out.stream->codecpar->format);
     EXPECT_EQ(MKTAG('a', 'v', 'c', '1'), out.stream->codecpar->codec_tag);
@@ -209,8 +200,7 @@ TEST(Video, DeepSourcesStayDeep) {
   EXPECT_TRUE(OpenInput(folder / "f.1.png")->Info().deep);
 }
 
-TEST(Video, AlphaIsKeptWhereAnEncoderHasIt) {
-  const TemporaryFolder folder;
+TEST_F(Video, AlphaIsKeptWhereAnEncoderHasIt) {
   Frame ramp = BlankFrame(64, 48, false);
   for (int i = 0; i < 64 * 48 * 4; ++i)
     ramp.pixels[i] = static_cast<std::uint8_t>(i % 4 == 0 ? i % 256 : 60 + 2 * (i / 256));
@@ -229,8 +219,7 @@ TEST(Video, AlphaIsKeptWhereAnEncoderHasIt) {
   EXPECT_THAT(OpenOutput(folder / "out.mp4", *input)->Warnings(), ElementsAre(HasSubstr("alpha")));
 }
 
-TEST(Video, RangesCountFramesFromOne) {
-  const TemporaryFolder folder;
+TEST_F(Video, RangesCountFramesFromOne) {
   MakeClip(folder / "in.mp4");
   const auto input = OpenInput(folder / "in.mp4", ParseFrameRange("2,5-9x2"));
   EXPECT_EQ(4, input->Info().frameCount);
@@ -240,8 +229,7 @@ TEST(Video, RangesCountFramesFromOne) {
   EXPECT_THROW(OpenInput(folder / "in.mp4", ParseFrameRange("0-3")), InputError);
 }
 
-TEST(Video, CutFilesAreErrors) {
-  const TemporaryFolder folder;
+TEST_F(Video, CutFilesAreErrors) {
   const auto setUp = [](AVCodecContext& encoder) { encoder.time_base = {1, 2}; };
   MakeClip(folder / "in.mkv", {setUp, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}});
   CopyMedia(folder / "in.mkv", folder / "in.mp4");

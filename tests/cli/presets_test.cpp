@@ -13,11 +13,9 @@ namespace {
 using nlohmann::json;
 using testing::ElementsAre;
 
-json ParamsOf(const TemporaryFolder& folder, const std::string& options) {
-  const Outcome outcome = Succeed(folder, "params --json " + options);
-  EXPECT_EQ("", outcome.err);
-  return json::parse(outcome.out);
-}
+struct Preset : ProgramTest {
+  json ParamsOf(const std::string& options) const { return json::parse(Succeed("params --json " + options).out); }
+};
 
 /// A value that the parameter takes and that is not its default.
 json OtherValue(const json& row) {
@@ -27,27 +25,25 @@ json OtherValue(const json& row) {
   return row["kind"] == "slider" ? row["valid"][row["value"] == row["valid"][0] ? 1 : 0] : json(1.25);
 }
 
-TEST(Preset, KeepsEveryParameterOnHostsWithAndWithoutGroups) {
+TEST_F(Preset, KeepsEveryParameterOnHostsWithAndWithoutGroups) {
   for (const std::string host : {"--host-version 13.27 ", "--host-version 12.11 "}) {
-    const TemporaryFolder folder;
     std::string changes;
-    json expected = ParamsOf(folder, host);
+    json expected = ParamsOf(host);
     for (json& row : expected)
       if (row.contains("value")) {
         const json value = row["value"] = OtherValue(row);
         changes += " --set '" + to_string(row["id"]) + "=";
         changes += (value.is_string() ? value.get<std::string>() : value.dump()) + "'";
       }
-    ParamsOf(folder, host + "--save-preset all.json" + changes);
-    const json read = ParamsOf(folder, host + "--preset all.json");
+    ParamsOf(host + "-y --save-preset all.json" + changes);
+    const json read = ParamsOf(host + "--preset all.json");
     for (std::size_t i = 0; i < expected.size(); ++i)
       EXPECT_EQ(expected[i].value("value", json()), read.at(i).value("value", json())) << expected[i];
     EXPECT_EQ("2.1.7", json::parse(ReadText(folder / "all.json"))["effect version"]);
   }
 }
 
-TEST(Preset, HoldsWhatDiffersAndLaterOnesAndSetWin) {
-  const TemporaryFolder folder;
+TEST_F(Preset, HoldsWhatDiffersAndLaterOnesAndSetWin) {
   media::WriteFile<std::string>(
       folder / "a.json", R"({"parameters": {"Roto": "gouache", "Flat Shaded": {"Flatness": 20, "Quality": "Fast"},
                                                   "Comic Outlines": {"Comic Outlines": "off", "Strength": 10}}})");
@@ -55,19 +51,18 @@ TEST(Preset, HoldsWhatDiffersAndLaterOnesAndSetWin) {
                                 R"({"parameters": {"Flat Shaded/Flatness": 30.0, "Comic Outlines/Strength": 12.5}})");
   const std::string options =
       "--set 'Flat Shaded/Quality=High' --preset a.json --preset b.json --save-preset saved.json";
-  ParamsOf(folder, options);
+  ParamsOf(options);
   EXPECT_EQ(json::parse(R"({"Roto": "Gouache", "Flat Shaded": {"Flatness": 30},
                             "Comic Outlines": {"Comic Outlines": false, "Strength": 12.5}})"),
             json::parse(ReadText(folder / "saved.json"))["parameters"]);
 
-  ExpectFailure(4, folder, "params " + options, "saved.json: exists already");
-  ParamsOf(folder, "-y --save-preset saved.json");
+  ExpectFailure(4, "params " + options, "saved.json: exists already");
+  ParamsOf("-y --save-preset saved.json");
   EXPECT_EQ(json::object(), json::parse(ReadText(folder / "saved.json"))["parameters"]);
   EXPECT_THAT(folder.Names(), ElementsAre("a.json", "b.json", "saved.json"));
 }
 
-TEST(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
-  const TemporaryFolder folder;
+TEST_F(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
   const std::pair<const char*, const char*> cases[] = {
       {R"({"parameters": {"Flat Shaded": {"Flatnes": 3}}})", "no parameter \"Flat Shaded/Flatnes\"; did you mean"},
       {R"({"parameters": {"Flat Shaded": {"Flatness": 1.5}}})", "\"Flat Shaded/Flatness\" .*not \"1.5\""},
@@ -89,7 +84,7 @@ TEST(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
   };
   for (const auto& [text, message] : cases) {
     media::WriteFile<std::string>(folder / "bad.json", text);
-    ExpectFailure(2, folder, "params --preset bad.json", "bad.json: .*" + std::string(message));
+    ExpectFailure(2, "params --preset bad.json", "bad.json: .*" + std::string(message));
   }
   const std::pair<const char*, const char*> commands[] = {
       {"--preset none.json", "none.json: cannot be read: No such file"},
@@ -98,29 +93,27 @@ TEST(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
       {"--preset xyzzy", "\"quentara presets\" lists them"},
       {"--save-preset picture.png", "picture.png: .*ends in .json"},
   };
-  for (const auto& [options, message] : commands) ExpectFailure(2, folder, std::string("params ") + options, message);
+  for (const auto& [options, message] : commands) ExpectFailure(2, std::string("params ") + options, message);
   EXPECT_THAT(folder.Names(), ElementsAre("bad.json"));
 }
 
-TEST(Presets, ThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
-  const TemporaryFolder folder;
-  std::set<json> tables = {ParamsOf(folder, "")};
-  std::istringstream lines(Succeed(folder, "presets").out);
+TEST_F(Preset, FilesThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
+  std::set<json> tables = {ParamsOf("")};
+  std::istringstream lines(Succeed("presets").out);
   for (std::string line; std::getline(lines, line);) {
     EXPECT_THAT(line, testing::MatchesRegex("[a-z-]+  +[A-Z].*[a-z]")) << line;
-    EXPECT_TRUE(tables.insert(ParamsOf(folder, "--preset " + line.substr(0, line.find(' ')))).second) << line;
+    EXPECT_TRUE(tables.insert(ParamsOf("--preset " + line.substr(0, line.find(' ')))).second) << line;
   }
   EXPECT_EQ(9u, tables.size());
 
   media::WritePng(folder / "in.png", media::BlankFrame(20, 200, false));
-  Succeed(folder, "sheet in.png -o out.png --presets --columns 50");
+  Succeed("sheet in.png -o out.png --presets --columns 50");
   const media::Frame picture = media::ReadPicture(folder / "out.png");
   EXPECT_GE(picture.width, 9 * 20);
   EXPECT_LT(picture.height, 2 * 200);  // one row: the source and all presets
 }
 
-TEST(Animation, RendersEachFrameAsWithSet) {
-  const TemporaryFolder folder;
+TEST_F(Preset, OverTimeRendersEachFrameAsWithSet) {
   std::mt19937 rng(3);
   for (const int number : {9, 10, 11})
     media::WritePng(folder / ("in." + std::to_string(number) + ".png"), media::RandomFrame(23, 17, false, true, rng));
@@ -129,7 +122,7 @@ TEST(Animation, RendersEachFrameAsWithSet) {
     "Color Effects/Outline Color": [{"frame": 10, "value": "#ff0000"}, {"frame": 12, "value": "#0000ff"}],
     "Roto": [{"seconds": 0, "value": "No Roto"}, {"seconds": 0.2, "value": "Gouache"}]})");
   const auto render = [&](const std::string& options) {
-    Succeed(folder, "render in.#.png -yqo out.#.png --set 'Main Blur/Thresh=35' --set Roto=Bristle " + options);
+    Succeed("render in.#.png -yqo out.#.png --set 'Main Blur/Thresh=35' --set Roto=Bristle " + options);
   };
   render("--animate keys.json --fps 10 --frames 10-11 --save-preset still.json");
   const std::pair<std::string, const char*> expected[] = {
@@ -144,7 +137,7 @@ TEST(Animation, RendersEachFrameAsWithSet) {
   EXPECT_EQ("Bristle", json::parse(ReadText(folder / "still.json"))["parameters"]["Roto"]);
 
   media::WriteFile<std::string>(folder / "keys.json", R"({"Main Blur/Radius": [{"frame": 9, "value": 31}]})");
-  ExpectFailure(2, folder, "render in.#.png -o new.#.png --animate keys.json",
+  ExpectFailure(2, "render in.#.png -o new.#.png --animate keys.json",
                 "keys.json: \"Main Blur/Radius\" takes .* 0 to 30, not \"31\"");
 }
 

@@ -67,23 +67,27 @@ class Program {
   pid_t process_ = 0;
 };
 
-/// Runs the program, which must succeed.
-inline Outcome Succeed(const TemporaryFolder& folder, const std::string& arguments) {
-  Outcome outcome = Program(folder, arguments).Wait();
-  EXPECT_EQ(0, outcome.status) << arguments << "\n" << outcome.err;
-  return outcome;
-}
+/// A test that runs the program in a folder of its own.
+struct ProgramTest : testing::Test {
+  const TemporaryFolder folder;
 
-/// Runs the program, which must end with this status and say nothing but one line that the regular expression is found
-/// in.
-inline void ExpectFailure(int status, const TemporaryFolder& folder, const std::string& arguments,
-                          const std::string& pattern) {
-  SCOPED_TRACE(arguments);
-  const Outcome outcome = Program(folder, arguments).Wait();
-  EXPECT_EQ(status, outcome.status);
-  EXPECT_EQ("", outcome.out);
-  EXPECT_THAT(outcome.err, testing::ContainsRegex(pattern));
-  EXPECT_THAT(outcome.err, testing::MatchesRegex("quentara: [^\n]*\n"));
-}
+  /// Runs the program, which must succeed.
+  Outcome Succeed(const std::string& arguments) const {
+    Outcome outcome = Program(folder, arguments).Wait();
+    EXPECT_EQ(0, outcome.status) << arguments << "\n" << outcome.err;
+    return outcome;
+  }
+
+  /// Runs the program, which must end with this status and say nothing but one line that the regular expression is
+  /// found in.
+  void ExpectFailure(int status, const std::string& arguments, const std::string& pattern) const {
+    SCOPED_TRACE(arguments);
+    const Outcome outcome = Program(folder, arguments).Wait();
+    EXPECT_EQ(status, outcome.status);
+    EXPECT_EQ("", outcome.out);
+    EXPECT_THAT(outcome.err, testing::ContainsRegex(pattern));
+    EXPECT_THAT(outcome.err, testing::MatchesRegex("quentara: [^\n]*\n"));
+  }
+};
 
 }  // namespace quentara

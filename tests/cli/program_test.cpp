@@ -20,16 +20,19 @@ using testing::ElementsAre;
 const std::string kNothing = " --set 'Roto=No Roto' --set 'Main Blur/Type=None' --set 'Comic Outlines=off'";
 const std::string kFake = " --effect '" FAKE_EFFECT "'";
 
+struct Render : ProgramTest {};
+struct Sheet : ProgramTest {};
+struct Params : ProgramTest {};
+
 void WriteRandomPng(const std::string& path, unsigned seed = 1, bool deep = false) {
   std::mt19937 rng(seed);
   media::WritePng(path, media::RandomFrame(23, 17, deep, false, rng));
 }
 
-TEST(Render, WithEverythingOffGivesBackItsInputInTheEffectsEightBits) {
-  const TemporaryFolder folder;
+TEST_F(Render, WithEverythingOffGivesBackItsInputInTheEffectsEightBits) {
   for (const bool deep : {false, true}) {
     WriteRandomPng(folder / "in.png", 1, deep);
-    Succeed(folder, "render in.png -y -o out.png" + kNothing);
+    Succeed("render in.png -y -o out.png" + kNothing);
     Frame expected = ReadPicture(folder / "in.png");
     ASSERT_EQ(deep, expected.deep);
     for (int i = 0; deep && i < expected.width * expected.height * 4; ++i)
@@ -38,10 +41,9 @@ TEST(Render, WithEverythingOffGivesBackItsInputInTheEffectsEightBits) {
   }
 }
 
-TEST(Render, KeepsTheNumbersOfASequenceAndReportsItsGaps) {
-  const TemporaryFolder folder;
+TEST_F(Render, KeepsTheNumbersOfASequenceAndReportsItsGaps) {
   for (const int number : {3, 4, 6}) WriteRandomPng(folder / ("in." + std::to_string(number) + ".png"), number);
-  const Outcome outcome = Succeed(folder, "render in.#.png -o out.%02d.png" + kFake);
+  const Outcome outcome = Succeed("render in.#.png -o out.%02d.png" + kFake);
   EXPECT_THAT(outcome.err, ContainsRegex("gaps: 5\n(.*\n)*3 frames in "));
   EXPECT_THAT(folder.Names(),
               ElementsAre("in.3.png", "in.4.png", "in.6.png", "out.03.png", "out.04.png", "out.06.png"));
@@ -50,27 +52,25 @@ TEST(Render, KeepsTheNumbersOfASequenceAndReportsItsGaps) {
   EXPECT_EQ(expected.pixels, ReadPicture(folder / "out.06.png").pixels);
 }
 
-TEST(Sheet, ShowsEveryStyleOfOneFrameAndNeverOverwritesUnasked) {
-  const TemporaryFolder folder;
+TEST_F(Sheet, ShowsEveryStyleOfOneFrameAndNeverOverwritesUnasked) {
   WriteRandomPng(folder / "in.png");
   const std::string sheet = "sheet in.png -o sheet.png --columns 30";
-  Succeed(folder, sheet);
+  Succeed(sheet);
   // The frame and nine choices of style in a row of 23 pixels each, and at least seven outlines below.
   const Frame picture = ReadPicture(folder / "sheet.png");
   EXPECT_GE(picture.width, 10 * 23);
   EXPECT_GE(picture.height, 2 * 17);
-  ExpectFailure(4, folder, sheet, "exists already");
-  ExpectFailure(5, folder, sheet + " -yq --set Mode=Fail" + kFake, "No paint left");
+  ExpectFailure(4, sheet, "exists already");
+  ExpectFailure(5, sheet + " -yq --set Mode=Fail" + kFake, "No paint left");
   EXPECT_EQ(picture.pixels, ReadPicture(folder / "sheet.png").pixels);
 }
 
-TEST(Sheet, ShowsAFrameOfAVideoUprightWithSquarePixels) {
-  const TemporaryFolder folder;
+TEST_F(Sheet, ShowsAFrameOfAVideoUprightWithSquarePixels) {
   media::ClipOptions clip;  // 96 x 64, turned to 64 x 96, its pixels half as wide as high
   clip.rotation = 90;
   clip.setUp = [](AVCodecContext& encoder) { encoder.sample_aspect_ratio = {2, 1}; };
   media::MakeClip(folder / "in.mov", clip);
-  Succeed(folder, "sheet in.mov -o out.png --frame 3 --columns 1" + kFake);
+  Succeed("sheet in.mov -o out.png --frame 3 --columns 1" + kFake);
   const Frame sheet = ReadPicture(folder / "out.png");
   int pictureRows = 0;
   for (int y = 0; y < sheet.height; ++y) {
@@ -82,34 +82,31 @@ TEST(Sheet, ShowsAFrameOfAVideoUprightWithSquarePixels) {
   EXPECT_NEAR(96, pictureRows, 5);  // of the source; inverted alpha leaves nothing of the tile to see
 }
 
-TEST(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
-  const TemporaryFolder folder;
+TEST_F(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
   Frame frame = media::BlankFrame(4, 4, false);
   const std::uint8_t samples[2][16] = {{255, 10, 20, 30, 255, 10, 20, 30, 255, 0, 0, 250, 0, 250, 0, 0},
                                        {255, 30, 40, 50, 255, 30, 40, 50, 255, 0, 0, 250, 0, 250, 0, 0}};
   for (int y = 0; y < 4; ++y) std::copy(std::begin(samples[y % 2]), std::end(samples[y % 2]), frame.Bytes(y));
   media::WritePng(folder / "in.png", frame);
-  Succeed(folder, "render in.png -o out.png --preview 1/2" + kNothing);
+  Succeed("render in.png -o out.png --preview 1/2" + kNothing);
   const Frame reduced = ReadPicture(folder / "out.png");
   ASSERT_EQ(std::pair(2, 2), std::pair(reduced.width, reduced.height));
   const int expected[] = {255, 20, 30, 40, 128, 0, 0, 250};
   for (int i = 0; i < 16; ++i) EXPECT_NEAR(expected[i % 8], reduced.pixels[i], 1) << i;
 }
 
-TEST(Render, KeepsTheFramesAndTheRateOfAVideoInAPreview) {
-  const TemporaryFolder folder;
+TEST_F(Render, KeepsTheFramesAndTheRateOfAVideoInAPreview) {
   media::ClipOptions clip;
   clip.audio = {"eng"};
   media::MakeClip(folder / "in.mp4", clip);
-  EXPECT_EQ("", Succeed(folder, "render in.mp4 --quiet -o out.mkv --preview 1/2 --no-audio" + kNothing).err);
+  EXPECT_EQ("", Succeed("render in.mp4 --quiet -o out.mkv --preview 1/2 --no-audio" + kNothing).err);
   const media::Clip out = media::ReadClip(folder / "out.mkv");
   EXPECT_EQ(std::pair(std::size_t{10}, 48), std::pair(out.times.size(), out.stream->codecpar->width));
   EXPECT_NEAR(25, av_q2d(out.stream->avg_frame_rate), 1e-9);
   EXPECT_TRUE(out.audio.empty());
 }
 
-TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
-  const TemporaryFolder folder;
+TEST_F(ProgramTest, TellsMistakesInOneLineAndChangesNothing) {
   WriteRandomPng(folder / "in.png");
   WriteRandomPng(folder / "old.png", 7);
   const std::vector<std::uint8_t> old = media::ReadFile(folder / "old.png");
@@ -118,7 +115,7 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
   media::WriteFile(folder / "fonts.conf", std::string("<fontconfig/>"));
   const std::vector<std::string> names = folder.Names();
   const auto expectFailure = [&](int status, const std::string& arguments, const char* message) {
-    ExpectFailure(status, folder, arguments, message);
+    ExpectFailure(status, arguments, message);
     EXPECT_EQ(names, folder.Names()) << arguments;
     EXPECT_EQ(old, media::ReadFile(folder / "old.png")) << arguments;
   };
@@ -171,11 +168,10 @@ TEST(Program, TellsMistakesInOneLineAndChangesNothing) {
   unsetenv("FONTCONFIG_FILE");
 }
 
-TEST(Render, WritesTheSameBytesHoweverManyFramesAreRenderedAtOnce) {
-  const TemporaryFolder folder;
+TEST_F(Render, WritesTheSameBytesHoweverManyFramesAreRenderedAtOnce) {
   media::MakeClip(folder / "in.mp4");
   const auto render = [&](const std::string& options) {
-    Succeed(folder, "render in.mp4 -y -o out.%d.png " + options);
+    Succeed("render in.mp4 -y -o out.%d.png " + options);
     std::vector<std::vector<std::uint8_t>> files;
     for (int i = 1; i <= 10; ++i) files.push_back(media::ReadFile(folder / ("out." + std::to_string(i) + ".png")));
     return files;
@@ -186,8 +182,7 @@ TEST(Render, WritesTheSameBytesHoweverManyFramesAreRenderedAtOnce) {
     EXPECT_EQ(expected, render(options)) << options;
 }
 
-TEST(Render, EndsAtTheFirstBadFrameAndLeavesNoPartOfAVideo) {
-  const TemporaryFolder folder;
+TEST_F(Render, EndsAtTheFirstBadFrameAndLeavesNoPartOfAVideo) {
   for (int i = 1; i <= 6; ++i)
     for (const char* name : {"good.", "cut.", "size."}) WriteRandomPng(folder / (name + std::to_string(i) + ".png"), i);
   media::WriteFile(folder / "cut.3.png", std::string("text"));
@@ -202,17 +197,16 @@ TEST(Render, EndsAtTheFirstBadFrameAndLeavesNoPartOfAVideo) {
   for (const auto& [status, input, message] : cases)
     for (const char* jobs : {" --jobs 1", " --jobs 3"}) {
       const std::string render = std::string("render ") + input + jobs + kFake;
-      ExpectFailure(status, folder, render + " -o out.mkv", message);
+      ExpectFailure(status, render + " -o out.mkv", message);
       EXPECT_EQ(names, folder.Names());
       if (status == 4) continue;
       const TemporaryFolder pictures;
-      ExpectFailure(status, folder, render + " -o " + (pictures / "%d.png"), message);
+      ExpectFailure(status, render + " -o " + (pictures / "%d.png"), message);
       EXPECT_THAT(pictures.Names(), ElementsAre("1.png", "2.png"));
     }
 }
 
-TEST(Program, LeavesNothingBehindWhenInterrupted) {
-  const TemporaryFolder folder;
+TEST_F(ProgramTest, LeavesNothingBehindWhenInterrupted) {
   media::MakeClip(folder / "in.mp4");
   for (const int signal : {SIGINT, SIGTERM})
     for (const std::string output : {"out.mkv --frames 1-10", "out.png --frames 1"}) {
@@ -226,8 +220,7 @@ TEST(Program, LeavesNothingBehindWhenInterrupted) {
     }
 }
 
-TEST(Program, EndsAtTheSecondSignal) {
-  const TemporaryFolder folder;
+TEST_F(ProgramTest, EndsAtTheSecondSignal) {
   WriteRandomPng(folder / "in.png");
   Program program(folder, "render in.png -o out.png --set 'Mode=Ignore Cancel'" + kFake);
   program.AwaitMessage("rendering\n");
@@ -237,25 +230,25 @@ TEST(Program, EndsAtTheSecondSignal) {
   EXPECT_EQ(-SIGINT, program.Wait().status);
 }
 
-TEST(Program, TellsItsVersionAndTheEffects) {
-  EXPECT_THAT(Succeed({}, "--version").out, testing::MatchesRegex("quentara [0-9.]+\nVelmor! [0-9.]+ .*\n"));
+TEST_F(ProgramTest, TellsItsVersionAndTheEffects) {
+  EXPECT_THAT(Succeed("--version").out, testing::MatchesRegex("quentara [0-9.]+\nVelmor! [0-9.]+ .*\n"));
 }
 
-TEST(Params, PrintsTheTableAsJson) {
+TEST_F(Params, PrintsTheTableAsJson) {
   using nlohmann::json;
-  const json rows = json::parse(Succeed({}, "params --json --set 7=14 --set 'Blend With Original=12.5%'").out);
+  const json rows = json::parse(Succeed("params --json --set 7=14 --set 'Blend With Original=12.5%'").out);
   ASSERT_EQ(159u, rows.size());
   EXPECT_EQ(json::parse(R"({"index": 27, "id": 7, "group": "Flat Shaded", "name": "Flatness", "kind": "slider",
                             "value": 14, "default": 10, "valid": [0, 100], "slider": [0, 50], "enabled": true})"),
             rows[26]);
   EXPECT_EQ(12.5, rows[158]["value"]);
   EXPECT_EQ("#ffffff", rows[155]["default"]);
-  EXPECT_EQ(117u, json::parse(Succeed({}, "params --json --host-version 12.11").out).size());
+  EXPECT_EQ(117u, json::parse(Succeed("params --json --host-version 12.11").out).size());
 }
 
-TEST(Params, ShowsWhichRowsAreGreyedAndWhichChanged) {
-  EXPECT_THAT(Succeed({}, "params --set Tone=off" + kFake).out, ContainsRegex("Level   [^\n]*\\(greyed\\)\n"));
-  EXPECT_THAT(Succeed({}, "params --set Tone=on --set Level=9" + kFake).out,
+TEST_F(Params, ShowsWhichRowsAreGreyedAndWhichChanged) {
+  EXPECT_THAT(Succeed("params --set Tone=off" + kFake).out, ContainsRegex("Level   [^\n]*\\(greyed\\)\n"));
+  EXPECT_THAT(Succeed("params --set Tone=on --set Level=9" + kFake).out,
               testing::AllOf(ContainsRegex("Level  +\\*9 +7 "), testing::Not(testing::HasSubstr("greyed"))));
 }
 
