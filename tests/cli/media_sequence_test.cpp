@@ -154,9 +154,9 @@ TEST_F(OutputTest, LeavesNothingBehindWhenGivenUp) {
   EXPECT_THAT(folder.Names(), ElementsAre("in.mp4"));
   // What turns up in the output's place meanwhile is not lost either.
   const auto output = begin("late.mp4");
-  WriteFile(folder / "late.mp4", {'!'});
+  WriteFile(folder / "late.mp4", "!");
   EXPECT_THAT(MessageOf<OutputError>([&] { output->Finish(); }), HasSubstr("late.mp4"));
-  EXPECT_EQ(1u, ReadFile(folder / "late.mp4").size());
+  EXPECT_EQ("!", ReadFile(folder / "late.mp4"));
 }
 
 TEST_F(OutputTest, AFullDiskIsAnErrorWithoutLeftovers) {

@@ -112,7 +112,8 @@ Still OddTiff(
       TIFFWriteEncodedStrip(tiff, i, samples.data() + i * TIFFStripSize(tiff), TIFFStripSize(tiff));
   }
   TIFFClose(tiff);
-  return DecodeTiff(ReadFile(folder / "odd.tif"));
+  const std::string content = ReadFile(folder / "odd.tif");
+  return DecodeTiff({content.begin(), content.end()});
 }
 
 TEST(Stills, GreyPaletteAndOddTiffsBecomeRgb) {

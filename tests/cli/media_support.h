@@ -36,19 +36,18 @@ inline Frame RandomFrame(int width, int height, bool deep, bool opaque, std::mt1
   return frame;
 }
 
-inline std::vector<std::uint8_t> ReadFile(const std::string& path) {
+inline std::string ReadFile(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// @param content  bytes or a text
-template <class Content = std::vector<std::uint8_t>>
-void WriteFile(const std::string& path, const Content& content) {
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(content.data()), content.size());
+inline void WriteFile(const std::string& path, const std::string& content) {
+  std::ofstream(path, std::ios::binary) << content;
 }
 
 inline void WritePng(const std::string& path, const Frame& frame) {
-  WriteFile(path, EncodeStill(StillFormat::Png, ToStill(frame, StillFormat::Png)));
+  const std::vector<std::uint8_t> content = EncodeStill(StillFormat::Png, ToStill(frame, StillFormat::Png));
+  WriteFile(path, {content.begin(), content.end()});
 }
 
 /// What OpenInput(...), Next or the like complained about, which must be one line.

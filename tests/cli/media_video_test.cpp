@@ -237,12 +237,11 @@ TEST_F(Video, CutFilesAreErrors) {
     const auto content = ReadFile(folder / name);
     for (const double share : {0.1, 0.5, 0.8}) {
       SCOPED_TRACE(testing::Message() << name << " " << share);
-      WriteFile(folder / "cut",
-                {content.begin(), content.begin() + static_cast<std::ptrdiff_t>(share * content.size())});
+      WriteFile(folder / "cut", content.substr(0, static_cast<std::size_t>(share * content.size())));
       EXPECT_THAT(MessageOf<InputError>([&] { ReadAll(*OpenInput(folder / "cut")); }), HasSubstr("cut: "));
     }
   }
-  WriteFile(folder / "text.mp4", {'h', 'i'});
+  WriteFile(folder / "text.mp4", "hi");
   EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "text.mp4"); }), HasSubstr("text.mp4: "));
   EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "none.mp4"); }), HasSubstr("No such file"));
 }

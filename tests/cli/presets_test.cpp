@@ -1,10 +1,7 @@
-#include <gmock/gmock.h>
-
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 
-#include "cli/media_support.h"
 #include "cli/program.h"
 
 namespace quentara {
@@ -39,26 +36,26 @@ TEST_F(Preset, KeepsEveryParameterOnHostsWithAndWithoutGroups) {
     const json read = ParamsOf(host + "--preset all.json");
     for (std::size_t i = 0; i < expected.size(); ++i)
       EXPECT_EQ(expected[i].value("value", json()), read.at(i).value("value", json())) << expected[i];
-    EXPECT_EQ("2.1.7", json::parse(ReadText(folder / "all.json"))["effect version"]);
+    EXPECT_EQ("2.1.7", json::parse(media::ReadFile(folder / "all.json"))["effect version"]);
   }
 }
 
 TEST_F(Preset, HoldsWhatDiffersAndLaterOnesAndSetWin) {
-  media::WriteFile<std::string>(
-      folder / "a.json", R"({"parameters": {"Roto": "gouache", "Flat Shaded": {"Flatness": 20, "Quality": "Fast"},
+  media::WriteFile(folder / "a.json",
+                   R"({"parameters": {"Roto": "gouache", "Flat Shaded": {"Flatness": 20, "Quality": "Fast"},
                                                   "Comic Outlines": {"Comic Outlines": "off", "Strength": 10}}})");
-  media::WriteFile<std::string>(folder / "b.json",
-                                R"({"parameters": {"Flat Shaded/Flatness": 30.0, "Comic Outlines/Strength": 12.5}})");
+  media::WriteFile(folder / "b.json",
+                   R"({"parameters": {"Flat Shaded/Flatness": 30.0, "Comic Outlines/Strength": 12.5}})");
   const std::string options =
       "--set 'Flat Shaded/Quality=High' --preset a.json --preset b.json --save-preset saved.json";
   ParamsOf(options);
   EXPECT_EQ(json::parse(R"({"Roto": "Gouache", "Flat Shaded": {"Flatness": 30},
                             "Comic Outlines": {"Comic Outlines": false, "Strength": 12.5}})"),
-            json::parse(ReadText(folder / "saved.json"))["parameters"]);
+            json::parse(media::ReadFile(folder / "saved.json"))["parameters"]);
 
   ExpectFailure(4, "params " + options, "saved.json: exists already");
   ParamsOf("-y --save-preset saved.json");
-  EXPECT_EQ(json::object(), json::parse(ReadText(folder / "saved.json"))["parameters"]);
+  EXPECT_EQ(json::object(), json::parse(media::ReadFile(folder / "saved.json"))["parameters"]);
   EXPECT_THAT(folder.Names(), ElementsAre("a.json", "b.json", "saved.json"));
 }
 
@@ -83,7 +80,7 @@ TEST_F(Preset, IsRefusedInOneLineThatNamesTheFileAndTheParameter) {
       {"{\n\"parameters\": {\n\"Roto\" \"Gouache\"}}", "broken JSON at line 3"},
   };
   for (const auto& [text, message] : cases) {
-    media::WriteFile<std::string>(folder / "bad.json", text);
+    media::WriteFile(folder / "bad.json", text);
     ExpectFailure(2, "params --preset bad.json", "bad.json: .*" + std::string(message));
   }
   const std::pair<const char*, const char*> commands[] = {
@@ -117,7 +114,7 @@ TEST_F(Preset, OverTimeRendersEachFrameAsWithSet) {
   std::mt19937 rng(3);
   for (const int number : {9, 10, 11})
     media::WritePng(folder / ("in." + std::to_string(number) + ".png"), media::RandomFrame(23, 17, false, true, rng));
-  media::WriteFile<std::string>(folder / "keys.json", R"({
+  media::WriteFile(folder / "keys.json", R"({
     "Main Blur": {"Radius": [{"frame": 9, "value": 0}, {"frame": 11, "value": 9}]},
     "Color Effects/Outline Color": [{"frame": 10, "value": "#ff0000"}, {"frame": 12, "value": "#0000ff"}],
     "Roto": [{"seconds": 0, "value": "No Roto"}, {"seconds": 0.2, "value": "Gouache"}]})");
@@ -130,13 +127,13 @@ TEST_F(Preset, OverTimeRendersEachFrameAsWithSet) {
       {"11", " --set 'Main Blur/Radius=9' --set Roto=Gouache --set 'Outline Color=128,0,128'"}};
   for (const auto& [number, settings] : expected) {
     const std::string name = folder / ("out." + number + ".png");
-    const std::vector<std::uint8_t> animated = media::ReadFile(name);
+    const std::string animated = media::ReadFile(name);
     render("--frames " + number + settings);
     EXPECT_EQ(media::ReadFile(name), animated) << number;
   }
-  EXPECT_EQ("Bristle", json::parse(ReadText(folder / "still.json"))["parameters"]["Roto"]);
+  EXPECT_EQ("Bristle", json::parse(media::ReadFile(folder / "still.json"))["parameters"]["Roto"]);
 
-  media::WriteFile<std::string>(folder / "keys.json", R"({"Main Blur/Radius": [{"frame": 9, "value": 31}]})");
+  media::WriteFile(folder / "keys.json", R"({"Main Blur/Radius": [{"frame": 9, "value": 31}]})");
   ExpectFailure(2, "render in.#.png -o new.#.png --animate keys.json",
                 "keys.json: \"Main Blur/Radius\" takes .* 0 to 30, not \"31\"");
 }

@@ -8,19 +8,13 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <thread>
 
+#include "cli/media_support.h"
 #include "support/temporary_folder.h"
 
 namespace quentara {
-
-inline std::string ReadText(const std::string& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 struct Outcome {
   int status;  ///< the exit status, or minus the signal that ended the program
@@ -48,7 +42,7 @@ class Program {
   /// Waits, a minute at most, until standard error holds the text.
   void AwaitMessage(const std::string& text) const {
     const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-    while (ReadText(reports_ / "err").find(text) == std::string::npos && std::chrono::steady_clock::now() < end)
+    while (media::ReadFile(reports_ / "err").find(text) == std::string::npos && std::chrono::steady_clock::now() < end)
       std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
 
@@ -58,8 +52,8 @@ class Program {
     int status = 0;
     waitpid(process_, &status, 0);
     process_ = 0;
-    return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), ReadText(reports_ / "out"),
-            ReadText(reports_ / "err")};
+    return {WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status), media::ReadFile(reports_ / "out"),
+            media::ReadFile(reports_ / "err")};
   }
 
  private:
