@@ -162,12 +162,15 @@ Clip ReadClip(const std::string& path) {
   return clip;
 }
 
-std::vector<std::uint16_t> Samples(const AVFrame& picture, int plane) {
+std::vector<double> Samples(const AVFrame& picture, int plane) {
   const auto [width, height] = PlaneSize(picture, plane);
-  std::vector<std::uint16_t> samples(static_cast<std::size_t>(width) * height);
-  for (int y = 0; y < height; ++y)
-    av_read_image_line2(samples.data() + std::size_t(y) * width, const_cast<const std::uint8_t**>(picture.data),
-                        picture.linesize, LayoutOf(picture), 0, y, plane, width, 0, 2);
+  std::vector<std::uint16_t> line(width);
+  std::vector<double> samples;
+  for (int y = 0; y < height; ++y) {
+    av_read_image_line2(line.data(), const_cast<const std::uint8_t**>(picture.data), picture.linesize,
+                        LayoutOf(picture), 0, y, plane, width, 0, 2);
+    for (const int sample : line) samples.push_back(std::ldexp(sample, 8 - LayoutOf(picture)->comp[0].depth));
+  }
   return samples;
 }
 

@@ -34,7 +34,7 @@ struct Clip {
 
 Clip ReadClip(const std::string& path);
 
-/// The samples of one plane of a picture.
-std::vector<std::uint16_t> Samples(const AVFrame& picture, int plane);
+/// The samples of one plane of a picture, as if it had 8 bits.
+std::vector<double> Samples(const AVFrame& picture, int plane);
 
 }  // namespace quentara::media
