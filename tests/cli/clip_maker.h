@@ -15,7 +15,7 @@ struct ClipOptions {
   std::function<void(AVCodecContext& encoder)> setUp = [](AVCodecContext&) {};
   std::vector<std::int64_t> times = {0, 512, 1024, 1536, 2048, 2560, 3072, 3584, 4096, 4608};  // 25 a second
   int rotation = 0;                                                                            // degrees clockwise
-  std::vector<const char*> audio = {};  // the language of each stream, which holds a second of packets or more
+  std::vector<const char*> audio = {};  // the language of each stream of packets of noise
 };
 
 /// Writes a lossless clip of moving colours in the container that the path's extension names.

@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <atomic>
-#include <random>
 #include <thread>
 
 #include "cli/media_support.h"
@@ -11,15 +10,12 @@
 namespace quentara::cli {
 namespace {
 
+using media::RandomFrame;
+
 ParameterValues Settings(const Effect& effect, std::initializer_list<const char*> assignments = {}) {
   ParameterValues values = effect.Parameters().Defaults();
   for (const char* assignment : assignments) effect.Parameters().Assign(assignment, values);
   return values;
-}
-
-media::Frame RandomFrame(int width, int height, bool deep, unsigned seed = 1) {
-  std::mt19937 rng(seed);
-  return media::RandomFrame(width, height, deep, false, rng);
 }
 
 media::Frame Inverted(media::Frame frame) {
@@ -67,7 +63,7 @@ TEST(EffectInstance, SendsCommandsInTheHostsOrder) {
   Watch watch;
   watch.note = [&](const std::string& text) { commands = text; };
   EffectInstance instance(effect, 1, watch);
-  const media::Frame frame = RandomFrame(2, 2, false);
+  const media::Frame frame = RandomFrame(2, 2);
   instance.Render(frame, {}, Settings(effect));
   instance.Render(frame, {}, Settings(effect, {"Mode=Show Commands"}));
   EXPECT_EQ("4 5 10 11 12 10 11", commands);
@@ -81,7 +77,7 @@ TEST(EffectInstance, OffersWhatTheInterfacePromises) {
   const ParameterValues values = Settings(effect, {"Mode=Check Host", "Level=9", "15=2.25", "Ink=255,128,0"});
   for (const int threads : {1, 2, 5}) {
     EffectInstance instance(effect, threads, {}, {1, 2});
-    EXPECT_NO_THROW(instance.Render(RandomFrame(16, 2, false), {3, 10, 30000, 1001}, values));
+    EXPECT_NO_THROW(instance.Render(RandomFrame(16, 2), {3, 10, 30000, 1001}, values));
   }
 }
 
@@ -92,7 +88,7 @@ TEST(EffectInstance, CancelsWhenAskedToAndRendersOn) {
   watch.progress = [&](int, int total) { reports += total == 100; };
   watch.cancelled = [&] { return reports >= 5; };
   EffectInstance instance(effect, 2, watch);
-  const media::Frame frame = RandomFrame(8, 8, false);
+  const media::Frame frame = RandomFrame(8, 8);
   EXPECT_THROW(instance.Render(frame, {}, Settings(effect, {"Mode=Wait For Cancel"})), Cancelled);
   EXPECT_EQ(5, reports);
   EXPECT_THROW(instance.Render(frame, {}, Settings(effect)), Cancelled);

@@ -23,10 +23,9 @@ struct OutputTest : FolderTest {};
 
 /// Writes small pictures of noise under the names that the pattern gives the numbers.
 std::vector<Frame> MakeSequence(const std::string& pattern, const std::vector<std::int64_t>& numbers, int width = 6) {
-  std::mt19937 rng(7);
   std::vector<Frame> frames;
   for (const std::int64_t number : numbers) {
-    frames.push_back(RandomFrame(width, 4, false, false, rng));
+    frames.push_back(RandomFrame(width, 4, false, false, static_cast<unsigned>(number)));
     WritePng(SequencePattern::Parse(pattern)->Name(number), frames.back());
   }
   return frames;

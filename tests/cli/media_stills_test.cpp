@@ -200,7 +200,7 @@ TEST(Stills, CutOrDamagedFilesAreErrorsAtEveryLength) {
 
 TEST(Stills, KeepTheirProfileAndResolutionAndAlphaWhenTheSourceHadItOrItSaysSomething) {
   std::mt19937 rng(4);
-  Frame frame = RandomFrame(3, 2, false, true, rng);
+  Frame frame = RandomFrame(3, 2, false, true);
   EXPECT_EQ(3, ToStill(frame, StillFormat::Png).channels);
   frame.Bytes(1)[4] = 254;
   EXPECT_EQ(4, ToStill(frame, StillFormat::Tiff).channels);

@@ -24,7 +24,8 @@ struct FolderTest : testing::Test {
 };
 
 /// A frame of noise, opaque or with noise for alpha.
-inline Frame RandomFrame(int width, int height, bool deep, bool opaque, std::mt19937& rng) {
+inline Frame RandomFrame(int width, int height, bool deep = false, bool opaque = false, unsigned seed = 1) {
+  std::mt19937 rng(seed);
   Frame frame = BlankFrame(width, height, deep);
   for (int i = 0; i < width * height * 4; ++i) {
     const bool full = opaque && i % 4 == 0;

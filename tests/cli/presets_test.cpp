@@ -111,9 +111,9 @@ TEST_F(Preset, FilesThatComeWithTheProgramLoadAndDifferFromTheDefaults) {
 }
 
 TEST_F(Preset, OverTimeRendersEachFrameAsWithSet) {
-  std::mt19937 rng(3);
   for (const int number : {9, 10, 11})
-    media::WritePng(folder / ("in." + std::to_string(number) + ".png"), media::RandomFrame(23, 17, false, true, rng));
+    media::WritePng(folder / ("in." + std::to_string(number) + ".png"),
+                    media::RandomFrame(23, 17, false, true, number));
   media::WriteFile(folder / "keys.json", R"({
     "Main Blur": {"Radius": [{"frame": 9, "value": 0}, {"frame": 11, "value": 9}]},
     "Color Effects/Outline Color": [{"frame": 10, "value": "#ff0000"}, {"frame": 12, "value": "#0000ff"}],

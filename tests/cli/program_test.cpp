@@ -20,8 +20,7 @@ struct Sheet : ProgramTest {};
 struct Params : ProgramTest {};
 
 void WriteRandomPng(const std::string& path, unsigned seed = 1, bool deep = false) {
-  std::mt19937 rng(seed);
-  media::WritePng(path, media::RandomFrame(23, 17, deep, false, rng));
+  media::WritePng(path, media::RandomFrame(23, 17, deep, false, seed));
 }
 
 TEST_F(Render, WithEverythingOffGivesBackItsInputInTheEffectsEightBits) {
