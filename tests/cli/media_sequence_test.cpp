@@ -146,7 +146,7 @@ TEST_F(OutputTest, LeavesNothingBehindWhenGivenUp) {
     const auto input = OpenInput(folder / "in.mp4");
     auto output = OpenOutput(folder / name, *input);
     output->Write(*input->Next());
-    EXPECT_EQ(2u, folder.Names().size());
+    EXPECT_LT(1u, folder.Names().size());
     return output;
   };
   for (const char* name : {"out.mp4", "out.mkv", "out.avi"}) begin(name);
@@ -156,6 +156,7 @@ TEST_F(OutputTest, LeavesNothingBehindWhenGivenUp) {
   WriteFile(folder / "late.mp4", "!");
   EXPECT_THAT(MessageOf<OutputError>([&] { output->Finish(); }), HasSubstr("late.mp4"));
   EXPECT_EQ("!", ReadFile(folder / "late.mp4"));
+  EXPECT_THROW(begin("late.%d.png")->Write(ReadPicture(folder / "in.mp4")), OutputError);
 }
 
 TEST_F(OutputTest, AFullDiskIsAnErrorWithoutLeftovers) {

@@ -221,8 +221,10 @@ TEST_F(Video, RangesCountFramesFromOne) {
   const auto input = OpenInput(folder / "in.mp4", ParseFrameRange("2,5-9x2"));
   EXPECT_EQ(4, input->Info().frameCount);
   EXPECT_THAT(NumbersOf(*input), ElementsAre(2, 5, 7, 9));
-  EXPECT_THAT(MessageOf<InputError>([&] { OpenInput(folder / "in.mp4", ParseFrameRange("5-12")); }),
-              testing::AllOf(HasSubstr("10 frames"), HasSubstr("frame 12")));
+  CopyMedia(folder / "in.mp4", folder / "in.mkv");  // which does not say how many frames it has
+  for (const char* name : {"in.mp4", "in.mkv"})
+    EXPECT_THAT(MessageOf<InputError>([&] { ReadAll(*OpenInput(folder / name, ParseFrameRange("5-12"))); }),
+                HasSubstr("has 10 frames, but frame 12"));
   EXPECT_THROW(OpenInput(folder / "in.mp4", ParseFrameRange("0-3")), InputError);
 }
 
