@@ -89,6 +89,16 @@ TEST_F(Render, ReducesAPreviewWithoutLettingTransparentPixelsShow) {
   for (int i = 0; i < 16; ++i) EXPECT_NEAR(expected[i % 8], reduced.pixels[i], 1) << i;
 }
 
+TEST_F(Render, HalvesRadiiForAPictureThatIsAlreadyReduced) {
+  WriteRandomPng(folder / "in.png");
+  const auto render = [&](const std::string& options) {
+    Succeed("render in.png -y -o out.png --set 'Roto=No Roto' --set 'Comic Outlines=off' " + options);
+    return media::ReadFile(folder / "out.png");
+  };
+  EXPECT_EQ(render("--set 'Main Blur/Radius=3'"), render("--set 'Main Blur/Radius=6' --downsample 1/2"));
+  EXPECT_NE(render("--set 'Main Blur/Radius=3'"), render("--set 'Main Blur/Radius=6'"));
+}
+
 TEST_F(Render, KeepsTheFramesAndTheRateOfAVideoInAPreview) {
   media::ClipOptions clip;
   clip.audio = {"eng"};
