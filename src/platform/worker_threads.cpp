@@ -70,6 +70,7 @@ std::vector<int> WorkerThreads::Run(Body body, void* data, int count) {
 
 void WorkerThreads::Engage(int count) {
   try {
+    workers_.reserve(static_cast<std::size_t>(count));  // first: nobody could end a thread that finds no place
     while (static_cast<int>(workers_.size()) < count - 1)
       workers_.push_back(std::make_unique<Worker>(*this, static_cast<int>(workers_.size()) + 1));
   } catch (const std::bad_alloc&) {  // Fewer threads do the same work.
