@@ -9,8 +9,7 @@ namespace quentara {
 /// of side 2 * radius + 1 around (y, x), clipped to the plane.
 ///
 /// Runs on the calling thread, for a whole plane or for some rows of the result, which depend on rows up to `radius`
-/// away. Method: running sums down the columns and
-/// along the rows, so the cost does not depend on the radius.
+/// away. Method: running sums down the columns and along the rows, so the cost does not depend on the radius.
 ///
 /// @param radius  in pixels, >= 0; 0 gives the plane back. A window has at most 65536 samples: their sum is then exact.
 /// @param plane   height x width, samples 0..255, of any size.

@@ -155,8 +155,8 @@ TEST(Stills, NetpbmOfAnyMaximumIsScaled) {
 
 TEST(Stills, OrientationTagsTurnThePicture) {
   // The letter F as it lies in the file for each orientation; the first is upright.
-  const std::string lying[] = {"XXXX..XX.X..", "XXX..X.XX..X", "..X.XX..XXXX", "X..XX.X..XXX",
-                               "XXXXX.X.X...", "X...X.X.XXXX", "...X.X.XXXXX", "XXXX.X.X...X"};
+  const std::string lying[] = {"####..##.#..", "###..#.##..#", "..#.##..####", "#..##.#..###",
+                               "#####.#.#...", "#...#.#.####", "...#.#.#####", "####.#.#...#"};
   for (int orientation = 1; orientation <= 8; ++orientation) {
     const bool swaps = orientation > 4;
     Still still{swaps ? 4 : 3, swaps ? 3 : 4, 3, false, {}, {}, {swaps ? 9.0 : 5.0, swaps ? 5.0 : 9.0}, orientation};
