@@ -41,10 +41,10 @@ class PictureSource {
       int error = avcodec_receive_frame(codec_.get(), picture.get());
       if (error == AVERROR_EOF) return nullptr;
       if (error == 0) {
-        ++count_;
         // A decoder makes up what a damaged picture lacks.
         if ((picture->flags & AV_FRAME_FLAG_CORRUPT) != 0 || picture->decode_error_flags != 0)
           Fail(AVERROR_INVALIDDATA);
+        ++count_;
         return picture;
       }
       if (error != AVERROR(EAGAIN)) Fail(error);

@@ -228,6 +228,20 @@ TEST_F(Video, RangesCountFramesFromOne) {
   EXPECT_THROW(OpenInput(folder / "in.mp4", ParseFrameRange("0-3")), InputError);
 }
 
+TEST_F(Video, DamageIsToldWithTheLastFrameThatCanBeHad) {
+  MakeClip(folder / "in.mp4");
+  std::string content = ReadFile(folder / "in.mp4");
+  std::fill_n(content.begin() + content.size() * 2 / 3, 300, '\xff');
+  WriteFile(folder / "in.mp4", content);
+  const auto input = OpenInput(folder / "in.mp4");
+  int count = 0;
+  const std::string message = MessageOf<InputError>([&] {
+    for (; input->Next(); ++count) continue;
+  });
+  EXPECT_GT(count, 0);
+  EXPECT_THAT(message, HasSubstr("cannot be read after frame " + std::to_string(count) + ":"));
+}
+
 TEST_F(Video, CutFilesAreErrors) {
   const auto setUp = [](AVCodecContext& encoder) { encoder.time_base = {1, 2}; };
   MakeClip(folder / "in.mkv", {setUp, {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11}});
