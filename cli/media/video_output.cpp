@@ -151,10 +151,9 @@ class VideoOutput final : public Output {
     if (!stream_) throw std::bad_alloc();
     Check(avcodec_parameters_from_context(stream_->codecpar, encoder_.get()));
     // Left to itself the muxer marks 4:2:2 pictures of 10 bits as AVC-Intra, which players then decode wrongly.
-    if (isMov_ && encoder_->codec_id == AV_CODEC_ID_H264) {
-      stream_->codecpar->codec_tag = MKTAG('a', 'v', 'c', '1');
-      muxer_->strict_std_compliance = FF_COMPLIANCE_UNOFFICIAL;
-    }
+    if (isMov_ && encoder_->codec_id == AV_CODEC_ID_H264) stream_->codecpar->codec_tag = MKTAG('a', 'v', 'c', '1');
+    // Allows that, and lossless audio in MP4, which players have long known.
+    if (isMov_) muxer_->strict_std_compliance = FF_COMPLIANCE_EXPERIMENTAL;
     stream_->time_base = encoder_->time_base;
     stream_->avg_frame_rate = encoder_->framerate;
     stream_->sample_aspect_ratio = encoder_->sample_aspect_ratio;
@@ -202,6 +201,9 @@ class VideoOutput final : public Output {
     if (isMov_) av_dict_set(&settings, "movflags", tagged ? "+faststart+write_colr" : "+faststart-write_colr", 0);
     const int error = avformat_write_header(muxer_.get(), &settings);
     av_dict_free(&settings);
+    if (error == AVERROR(EINVAL) && muxer_->nb_streams > 1)
+      throw OutputError(path_ + ": this container does not take the input's audio: " + ErrorText(error) +
+                        "; choose another, or leave the audio out");
     Check(error);
   }
 
