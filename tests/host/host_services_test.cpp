@@ -4,7 +4,6 @@
 #include <cstring>
 #include <functional>
 #include <new>
-#include <set>
 #include <stdexcept>
 #include <thread>
 
@@ -159,27 +158,6 @@ TEST(HostServices, StartNoFurtherWorkerAfterAStop) {
                           }),
                Plugin::Interrupted);
   EXPECT_EQ(1, runs);
-}
-
-TEST_P(Roads, FailAtEveryCallForMemory) {
-  const Body work = [&](const int*, int, int) {
-    const Plugin::HostScope scope(host);
-    const BytePlane one(4, 4), two(4, 4);
-  };
-  int n = 1;
-  for (bool failed = true; failed; ++n) {
-    SCOPED_TRACE(n);
-    FakeHandles::FailAt(n);
-    failed = false;
-    try {
-      RunWorkers(host, 4, work);
-    } catch (const std::bad_alloc&) {
-      failed = true;
-    }
-    EXPECT_EQ(0, FakeHandles::live);
-    EXPECT_EQ(FakeHandles::calls >= n, failed);
-  }
-  EXPECT_EQ(1 + 4 * 2 * 2 + 1, n);  // four workers, two planes, new and lock
 }
 
 TEST_P(Roads, TurnAWorkersFailureIntoAnException) {

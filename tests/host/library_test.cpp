@@ -17,6 +17,7 @@ FakeWorld Painted(FakeHost::Entry entry, HostWorkers workers, const FakeWorld& i
   FakeHost host(workers);
   host.entry = entry;
   EXPECT_EQ(PF_Err_NONE, host.DefineParams());
+  for (const int radius : {2, 7}) host.Param(radius).u.sd.value = 1;  // leaves a band for each worker
   FakeWorld output(kHeight, kWidth, false, 0, rng);
   EXPECT_EQ(PF_Err_NONE, host.Render(input, output)) << host.out.return_msg;
   return output;

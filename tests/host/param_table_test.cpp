@@ -123,14 +123,6 @@ TEST(ParamTable, HasNoGroupsBefore1212) {
   EXPECT_EQ(160, newer.out.num_params);
 }
 
-TEST(ParamTable, WorkedValuesInFixedPoint) {
-  FakeHost host;
-  ASSERT_EQ(PF_Err_NONE, host.DefineParams());
-  EXPECT_EQ(98304, host.Param(74).u.fd.value);
-  EXPECT_EQ(2621440, host.Param(73).u.fd.value);
-  EXPECT_EQ(55705, host.Param(90).u.fd.value);
-}
-
 TEST(ParamTable, StopsWhereTheHostRefuses) {
   FakeHost host;
   host.refuseParam = 40;
