@@ -10,7 +10,7 @@
 #include "bench_cases.h"
 #include "imageops/window_kernels_dispatch.h"
 
-// Takes Google Benchmark's options and --kernels=NAME, an instruction set for all that runs on one thread; or
+// Takes Google Benchmark's options and --kernels=NAME, an instruction set; or
 // --write-planes=FOLDER to hand the planes to other programs.
 int main(int argc, char** argv) {
   constexpr std::string_view kWrite = "--write-planes=";

@@ -1,6 +1,6 @@
 #include "imageops/window_kernels_dispatch.h"
 
-#include "platform/platform.h"
+#include <atomic>
 
 namespace quentara {
 
@@ -44,7 +44,7 @@ extern const PixelKernels kPixelKernels;
 
 namespace {
 
-platform::ThreadPointer chosen;
+std::atomic<const WindowKernels*> chosen{nullptr};
 
 const WindowKernels plain = {"baseline",
                              baseline::kColumnKernels,
@@ -112,16 +112,14 @@ const std::vector<const WindowKernels*>& RunnableKernels() {
 }
 
 const WindowKernels& ActiveKernels() {
-  const auto* const kernels = static_cast<const WindowKernels*>(chosen.Get());
+  const WindowKernels* const kernels = chosen.load(std::memory_order_relaxed);
   return kernels != nullptr ? *kernels : *RunnableKernels().back();
 }
 
-KernelScope::KernelScope(const WindowKernels& kernels) : former_(static_cast<const WindowKernels*>(chosen.Get())) {
-  chosen.Set(&kernels);
-}
+KernelScope::KernelScope(const WindowKernels& kernels) : former_(chosen.exchange(&kernels)) {}
 
 KernelScope::~KernelScope() {
-  chosen.Set(former_);
+  chosen = former_;
 }
 
 }  // namespace quentara

@@ -10,10 +10,10 @@ namespace quentara {
 /// Every build that this processor can run, the best one last.
 const std::vector<const WindowKernels*>& RunnableKernels();
 
-/// The build in use on the calling thread.
+/// The build in use.
 const WindowKernels& ActiveKernels();
 
-/// Puts another build in use on the calling thread for the life of the scope: to compare and to measure.
+/// Puts another build in use, on all threads, for the life of the scope: for tests and benchmarks alone.
 class KernelScope {
  public:
   explicit KernelScope(const WindowKernels& kernels);
