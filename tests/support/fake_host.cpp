@@ -69,8 +69,9 @@ void DisposeHandle(PF_Handle handle) {
 
 using Iteration = PF_Err (*)(void*, A_long, A_long, A_long);
 
+template <int processors>
 PF_Err IterateInTurn(A_long iterations, void* refcon, Iteration function) {
-  if (iterations == PF_Iterations_ONCE_PER_PROCESSOR) iterations = kFakeProcessors;
+  if (iterations == PF_Iterations_ONCE_PER_PROCESSOR) iterations = processors;
   PF_Err error = PF_Err_NONE;
   for (A_long i = 0; i < iterations && error == PF_Err_NONE; ++i) error = function(refcon, 0, i, iterations);
   return error;
@@ -137,7 +138,8 @@ FakeHost::FakeHost(HostWorkers workers, PF_SpecVersion version) : entry(Nivra::D
   utils.host_lock_handle = LockHandle;
   utils.host_dispose_handle = DisposeHandle;
   utils.ansi.strcpy = [](A_char* to, const A_char* from) { return std::strcpy(to, from); };
-  if (workers == HostWorkers::Serial) utils.iterate_generic = IterateInTurn;
+  if (workers == HostWorkers::One) utils.iterate_generic = IterateInTurn<1>;
+  if (workers == HostWorkers::Serial) utils.iterate_generic = IterateInTurn<kFakeProcessors>;
   if (workers == HostWorkers::Threads) utils.iterate_generic = IterateOnThreads;
   in.inter.add_param = AddParam;
   in.inter.abort = Abort;

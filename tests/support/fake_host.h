@@ -25,8 +25,9 @@ extern std::atomic<int> failAt;             ///< the call, counted from 1, that 
 void FailAt(int call);
 }  // namespace FakeHandles
 
-/// How the host runs `iterate_generic`: not at all, in turn on the calling thread, or on three threads.
-enum class HostWorkers { None, Serial, Threads };
+/// How the host runs `iterate_generic`: not at all, for one processor, or for three: in turn on the calling thread, or
+/// on threads.
+enum class HostWorkers { None, One, Serial, Threads };
 constexpr HostWorkers kAllHostWorkers[] = {HostWorkers::None, HostWorkers::Serial, HostWorkers::Threads};
 constexpr int kFakeProcessors = 3;
 
