@@ -32,40 +32,6 @@ class SettingsReader : public testing::TestWithParam<PF_SpecVersion> {
 INSTANTIATE_TEST_SUITE_P(WithAndWithoutGroups, SettingsReader,
                          testing::Values(PF_SpecVersion{12, 12}, PF_SpecVersion{12, 11}));
 
-TEST_P(SettingsReader, ReadsEveryStageToTheEndOfTheTable) {
-  SwitchAllOn();
-  host.Param(138).u.pd.value = 2;
-  host.Param(148).u.fd.value = 655360;
-  host.Param(147).u.cd.value = {255, 255, 128, 0};
-  host.Param(39).u.fd.value = 25 << 16;
-  const RenderSettings& settings = Read();
-  EXPECT_EQ(0.4f, frame.airbrush.lightMix);
-  EXPECT_EQ(1.5f, frame.airbrush.strength);
-  EXPECT_EQ(55705 / 65536.0f, frame.droplet.strength);
-  EXPECT_EQ(0.25f, frame.gouache.postsharpen);
-  EXPECT_EQ(0.85f, frame.posterPaint.foreground);
-  EXPECT_TRUE(frame.flatDetailed.temporalFix);
-  EXPECT_EQ(kHigh, settings.softOutlines->quality);
-  EXPECT_FALSE(settings.markerOutlines->reuseCrackle) << "the style is not Crackle";
-  EXPECT_EQ(8, settings.markerOutlines->separation);
-  EXPECT_EQ(10, settings.markerOutlines->minimumDifference);
-  EXPECT_FALSE(settings.shadowOutlines->tintForeground);
-  EXPECT_EQ(1.0f, settings.woodcutOutlines->antialias);
-  EXPECT_EQ(1, settings.scratchboardOutlines->style);
-  EXPECT_EQ(4.75f, settings.scratchboardOutlines->detail);
-  EXPECT_EQ(1.0f, settings.conteOutlines->lightColor.red);
-  EXPECT_EQ(0.5019608f, settings.conteOutlines->lightColor.green);
-  EXPECT_EQ(0.1f, settings.conteOutlines->lightStrength);
-  EXPECT_EQ(3, settings.conteOutlines->darkThickness);
-  EXPECT_EQ(75.0f, settings.halftone->greenAngle);
-  EXPECT_EQ(kHigh, settings.halftone->quality);
-  EXPECT_EQ(0.5f, settings.stipplePattern->density);
-  EXPECT_EQ(1, settings.stipplePattern->dotSize);
-  EXPECT_EQ(1.0f, settings.duotone->lightestColor.blue);
-  EXPECT_EQ(0.0f, settings.duotone->darkestColor.blue);
-  EXPECT_EQ(0.25f, frame.blendWithOriginal);
-}
-
 TEST_P(SettingsReader, ScalesLengthsToTheFrame) {
   SwitchAllOn();
   host.Param(2).u.sd.value = 1;
