@@ -25,6 +25,13 @@ std::string VersionText(A_u_long packed) {
          std::to_string(packed >> 11 & 15);
 }
 
+/// The bands of a frame. They follow from its height alone: some outlines show where one begins, and a frame is to look
+/// the same on every machine. Enough for the threads of a large one to share, few enough for their overlaps to cost
+/// little.
+int BandsOf(int height) {
+  return std::clamp(height / 128, 2, 32);
+}
+
 /// Sends a command on the way out, where an error has nobody left to hear it.
 void SendLast(HostContext& context, EffectEntry entry, PF_Cmd command) noexcept {
   try {
@@ -102,6 +109,7 @@ media::Frame EffectInstance::Render(const media::Frame& frame, const FrameTime& 
 }
 
 void EffectInstance::Describe(const media::Frame& frame, const FrameTime& time) {
+  context_.bands = BandsOf(frame.height);
   PF_InData& in = context_.In();
   // The interface tells the size of the layer as it is without downsampling.
   in.width = Saturated(std::int64_t{frame.width} * downsampling_.denominator / downsampling_.numerator);

@@ -106,7 +106,7 @@ PF_Err HostContext::Abort() {
 
 PF_Err HostContext::Iterate(A_long iterations, void* refcon, IterationFunction function) {
   if (iterating_) return PF_Err_INVALID_CALLBACK;
-  const A_long count = iterations == PF_Iterations_ONCE_PER_PROCESSOR ? pool_.Threads() : iterations;
+  const A_long count = iterations == PF_Iterations_ONCE_PER_PROCESSOR ? bands : iterations;
   if (!function || count < 0) return PF_Err_BAD_CALLBACK_PARAM;
   iterating_ = true;
   const PF_Err error =

@@ -50,6 +50,8 @@ class HostContext {
   std::vector<ParameterDefinition>* definitions = nullptr;
   /// Where the parameter suite notes which rows are greyed out, by index; those past its end are refused.
   std::vector<bool> greyed;
+  /// The processors that the effect is told of, whichever the threads: how a frame is cut into bands hangs on them.
+  int bands = 1;
 
   // What the callbacks do.
   PF_Err AddParameter(A_long index, const PF_ParamDef* record);

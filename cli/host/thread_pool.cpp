@@ -1,5 +1,6 @@
 #include "host/thread_pool.h"
 
+#include <algorithm>
 #include <atomic>
 
 namespace quentara::cli {
@@ -16,7 +17,7 @@ int ThreadPool::Run(int iterations, const Iteration& iteration) {
   const auto body = [](void* shared, int threadIndex) {
     return (*static_cast<decltype(share)*>(shared))(threadIndex), 0;
   };
-  workers_.Run(body, &share, threads_);
+  workers_.Run(body, &share, std::clamp(iterations, 1, threads_));
   return firstError;
 }
 

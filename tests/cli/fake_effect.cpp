@@ -94,8 +94,8 @@ const char* CheckHandles(const PF_UtilCallbacks& utilities) {
   return "";
 }
 
-PF_Err CountOnce(void* refcon, A_long threadIndex, A_long i, A_long iterations) {
-  if (threadIndex == i) static_cast<A_long*>(refcon)[i] = iterations;
+PF_Err CountOnce(void* refcon, A_long, A_long i, A_long iterations) {
+  static_cast<A_long*>(refcon)[i] += iterations;
   return PF_Err_NONE;
 }
 
@@ -110,7 +110,7 @@ const char* CheckIterations(PF_InData* in) {
   in->utils->iterate_generic(PF_Iterations_ONCE_PER_PROCESSOR, counts, CountOnce);
   const A_long processors = counts[0];
   for (A_long i = 0; i < processors; ++i)
-    if (counts[i] != processors) return "an iteration for each processor, on its thread";
+    if (counts[i] != processors) return "an iteration for each processor";
   if (processors < 1 || counts[processors] != 0) return "count of processors";
   if (in->utils->iterate_generic(1, in, Nest) != PF_Err_NONE) return "nested iterations";
   if (in->utils->iterate_generic(-2, in, Nest) == PF_Err_NONE) return "a negative number of iterations";

@@ -46,6 +46,18 @@ TEST_F(Render, KeepsTheNumbersOfASequenceAndReportsItsGaps) {
   EXPECT_EQ(expected.pixels, ReadPicture(folder / "out.06.png").pixels);
 }
 
+TEST_F(Render, GivesAFrameTheSameBytesAloneInItsClipAndWithAnyJobs) {
+  for (const int number : {1, 2, 3})
+    media::WritePng(folder / ("in." + std::to_string(number) + ".png"),
+                    media::RandomFrame(40, 300, false, false, number));
+  const std::string look = " -y --set 'Soft Outlines=on' --set 'Marker Outlines=on'";
+  Succeed("render in.2.png -o alone.png --threads 3" + look);
+  for (const char* split : {"--threads 1", "--threads 5 --jobs 1", "--threads 2 --jobs 2", "--threads 8 --jobs 3"}) {
+    Succeed("render in.#.png -o out.#.png " + std::string(split) + look);
+    EXPECT_EQ(media::ReadFile(folder / "alone.png"), media::ReadFile(folder / "out.2.png")) << split;
+  }
+}
+
 TEST_F(Sheet, ShowsEveryStyleOfOneFrameAndNeverOverwritesUnasked) {
   WriteRandomPng(folder / "in.png");
   const std::string sheet = "sheet in.png -o sheet.png --columns 30";
